@@ -89,9 +89,13 @@ struct Board {
 };
 
 // A centering-hole coordinate counts as set when it is at least -0.1.
-inline bool IsSet(float coordinate) { return coordinate >= -0.1; }
+inline bool IsSet(float coordinate) {
+  return coordinate >= -0.1;
+}
 
 // True for layers 0..3.
-inline bool IsCircuitLayer(int layer) { return layer >= 0 && layer < kCircuitLayers; }
+inline bool IsCircuitLayer(int layer) {
+  return layer >= 0 && layer < kCircuitLayers;
+}
 
 }  // namespace isolith
