@@ -265,14 +265,28 @@ void ResetJob(Board& b) {
   b.CardThickness = 1;
   b.OriginX = 0;
   b.OriginY = 0;
+  ResetView(b);
+  b.Dragging = false;
+  b.Drag = {};
+}
+
+void ResetView(Board& b) {
   b.ViewLeft = 0;
   b.ViewBottom = 0;
   b.ViewRight = b.CardWidth;
   b.ViewTop = b.CardHeight;
   b.ZoomHistory = {};
   b.ZoomDepth = 0;
-  b.Dragging = false;
-  b.Drag = {};
+}
+
+void LayerBoundingBox(const Board& b, int layer, float& xmin, float& ymin, float& xmax,
+                      float& ymax) {
+  if (IsCircuitLayer(layer))
+    BoundingBox(b.Pads[layer], b.Tracks[layer], nullptr, nullptr, xmin, ymin, xmax, ymax, false);
+  else if (layer == kDrillLayer)
+    BoundingBox(nullptr, nullptr, b.Drills, nullptr, xmin, ymin, xmax, ymax, false);
+  else
+    BoundingBox(nullptr, nullptr, nullptr, b.Cutouts, xmin, ymin, xmax, ymax, false);
 }
 
 TPad* LastPad(TPad* head) {

@@ -62,6 +62,11 @@ int PadOverlap(const Board& b, int layer);
 int AlignLayer(Board& b, int layer);
 // Removes gaps among the circuit layers.
 void CompactLayers(Board& b);
+// The visible window back to the whole card, with an empty zoom history.
+void ResetView(Board& b);
+// The box of one layer's content: pads and tracks, the drills, or the cut-outs.
+void LayerBoundingBox(const Board& b, int layer, float& xmin, float& ymin, float& xmax,
+                      float& ymax);
 // Fits the card round the content with margins of at least 2.54 mm; `thickness` is the largest
 // cutting depth of the machining settings.
 void SetCardFromContent(Board& b, float thickness);
