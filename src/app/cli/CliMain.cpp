@@ -1,0 +1,131 @@
+#include "cli/CliMain.h"
+
+#include <cstdio>
+
+#include "cli/CliInfo.h"
+#include "core/application/Application.h"
+#include "core/application/Startup.h"
+#include "core/platform/ConsolePlatform.h"
+#include "params/Settings.h"
+#include "params/SettingsOverrides.h"
+
+namespace isolith {
+
+namespace {
+
+constexpr const char* kName = "isolith-cli";
+
+// A command line understood, before anything is read or written.
+struct CliRequest {
+  std::string configFolder;
+  SettingsOverrides overrides;
+  std::string command;
+  bool json = false;
+};
+
+int UsageError(std::ostream& err, const std::string& message) {
+  err << kName << ": " << message << " (see " << kName << " --help)\n";
+  return kCliUsage;
+}
+
+// Splits "--name=value" or "--name value"; false when the value is missing.
+bool OptionValue(const std::vector<std::string>& args, size_t& i, const std::string& name,
+                 std::string& value) {
+  const std::string& word = args[i];
+  if (word.size() > name.size() && word.compare(0, name.size() + 1, name + "=") == 0) {
+    value = word.substr(name.size() + 1);
+    return true;
+  }
+  if (i + 1 >= args.size()) return false;
+  value = args[++i];
+  return true;
+}
+
+// Reads the options and the command; returns -1 when the run should go on, else the status.
+int ParseArguments(const std::vector<std::string>& args, CliRequest& request, std::ostream& out,
+                   std::ostream& err) {
+  size_t i = 0;
+  for (; i < args.size(); ++i) {
+    const std::string& word = args[i];
+    if (word == "--config" || word.rfind("--config=", 0) == 0) {
+      if (!OptionValue(args, i, "--config", request.configFolder) || request.configFolder.empty())
+        return UsageError(err, "--config needs a folder");
+    } else if (word == "--set" || word.rfind("--set=", 0) == 0) {
+      std::string assignment, error;
+      if (!OptionValue(args, i, "--set", assignment))
+        return UsageError(err, "--set needs Key=Value");
+      if (!request.overrides.AddAssignment(assignment, error))
+        return UsageError(err, "--set " + assignment + ": " + error);
+    } else if (word == "--version") {
+      out << kName << " " << kProgramVersion << "\n";
+      return kCliOk;
+    } else if (word == "--help" || word == "-h") {
+      out << CliUsage();
+      return kCliOk;
+    } else if (!word.empty() && word[0] == '-') {
+      return UsageError(err, "unknown option '" + word + "'");
+    } else {
+      break;
+    }
+  }
+  if (i == args.size()) return UsageError(err, "no command given");
+  request.command = args[i++];
+  if (request.command != "settings" && request.command != "info")
+    return UsageError(err, "unknown command '" + request.command + "'");
+  for (; i < args.size(); ++i) {
+    if (request.command == "info" && args[i] == "--json")
+      request.json = true;
+    else
+      return UsageError(err, "unexpected word '" + args[i] + "' after " + request.command);
+  }
+  return -1;
+}
+
+}  // namespace
+
+const char* CliUsage() {
+  return "Usage: isolith-cli [--config DIR] [--set Key=Value]... COMMAND\n"
+         "\n"
+         "Options:\n"
+         "  --config DIR      folder of Isolith.ini, Isolith.too and Isolith.ppf\n"
+         "                    (default: the program's folder, or ~/.config/isolith when\n"
+         "                    that is not writable)\n"
+         "  --set Key=Value   a setting for this run only; the file never keeps it\n"
+         "  --version         the program's version\n"
+         "  --help            this text\n"
+         "\n"
+         "Commands:\n"
+         "  settings          print the settings in force, as Isolith.ini holds them\n"
+         "  info [--json]     print the job: card, origin, layers, drills and cutouts\n";
+}
+
+int CliMain(const std::vector<std::string>& args, const std::string& programFolder,
+            std::ostream& out, std::ostream& err) {
+  CliRequest request;
+  if (const int status = ParseArguments(args, request, out, err); status >= 0) return status;
+
+  std::string error;
+  const std::string configFolder = PrepareConfigFolder(programFolder, request.configFolder, error);
+  if (configFolder.empty()) {
+    err << kName << ": " << error << "\n";
+    return kCliFailed;
+  }
+
+  ConsolePlatform platform(stderr);
+  Application app(platform, programFolder, configFolder);
+  app.overrides = request.overrides;
+  InitSettings(app);
+
+  if (request.command == "settings") {
+    out << FormatSettings(app.settings, LayerZeroApertures(app.board));
+  } else if (request.json) {
+    out << JobInfoJson(app.board).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+        << "\n";
+  } else {
+    out << JobInfoText(app.board);
+  }
+  out.flush();
+  return out ? kCliOk : kCliFailed;
+}
+
+}  // namespace isolith

@@ -1,0 +1,125 @@
+#include "core/application/Application.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/application/ConfigFolder.h"
+#include "core/board/BoardOps.h"
+#include "edit/Transforms.h"
+#include "params/ToolFile.h"
+
+namespace isolith {
+
+Application::Application(Platform& p, std::string programFolder, std::string configFolder)
+    : platform(p), ProgramFolder(std::move(programFolder)), ConfigFolder(std::move(configFolder)) {}
+
+void InitSettings(Application& app, int screenWidth, int screenHeight) {
+  app.DecimalSeparator = app.platform.DecimalSeparator();
+
+  Settings& s = app.settings;
+  s.RecentPath = {};
+  s.RecentName = {};
+  s.RecentFormat = {};
+  ResetApertureTables(app.board);
+
+  s.LengthUnit = kLengthMm;
+  s.SpeedUnit = kSpeedMmPerS;
+
+  FillHostFacts(s, app.ProgramFolder, screenWidth, screenHeight);
+  if (!app.ConfigFolder.empty()) {
+    // The file is read and written back as it stands; the run's overrides come after, so they
+    // never reach it.
+    StartSettings(app.ConfigFolder, kSettingsBaseName, s, LayerZeroApertures(app.board));
+    app.overrides.Apply(s);
+    ReadToolLibrary(app.tools, app.ConfigFolder);
+  } else {
+    if (s.ImportPath.empty()) s.ImportPath = s.InstallPath;
+    app.overrides.Apply(s);
+  }
+  ResetJob(app.board);
+}
+
+bool SaveSettings(Application& app) {
+  if (app.ConfigFolder.empty()) return false;
+  return WriteSettings(app.ConfigFolder, kSettingsBaseName, app.overrides.ForFile(app.settings),
+                       LayerZeroApertures(app.board));
+}
+
+void ResetHover(Application& app) {
+  Board& b = app.board;
+  if (b.PendingCommand == cmd::CenteringHoles && !IsSet(b.CentreHole1X)) {
+    // Placing the first hole made room round the card; leaving without a hole gives it back.
+    b.PendingCommand = 0;
+    ReframeBoard(b);
+  }
+  ClearHover(b);
+  app.platform.SetBusyCursor(false);
+}
+
+void RequestRepaint(Application& app, RepaintLevel level) {
+  Board& b = app.board;
+  b.LayerCount = CountLayers(b);
+  if (b.RefPad != nullptr) {
+    int found = -1;
+    for (int layer = 0; layer < kCircuitLayers && found < 0; ++layer)
+      for (const TPad* p = b.Pads[layer]; p != nullptr; p = p->next)
+        if (p == b.RefPad) {
+          found = layer;
+          break;
+        }
+    if (found < 0)
+      b.RefPad = nullptr;
+    else
+      b.RefLayer = found;
+  }
+  app.platform.Repaint(level);
+}
+
+void Refuse(Application& app) {
+  app.platform.Beep(app.settings.ZapSound);
+}
+
+float CardThicknessFromSettings(const Settings& s) {
+  return std::max({s.MillingDepth, s.HatchingDepth, s.CuttingDepth, s.DrillingDepth});
+}
+
+bool CommandEnabled(int id, const Application& app) {
+  return CommandEnabled(id, app.board, app.drawn);
+}
+
+bool CommandChecked(int id, const Application& app) {
+  const Settings& s = app.settings;
+  switch (id) {
+    case cmd::CenteringHoles:
+      return IsSet(app.board.CentreHole1X);
+    case cmd::DetectCopperPlanesOnOpen:
+      return s.DetectGndPlanes;
+    case cmd::DetectCardContourOnOpen:
+      return s.DetectCutOut;
+    case cmd::FinalRendering:
+      return app.board.FinalRendering;
+    case cmd::VisualGrid:
+      return s.ShowGrid;
+    // The orange set stores 0x006060 but its row looks for 0x006080: its tick stays off.
+    case cmd::BlackBackground:
+      return s.BoardBackground == 0x000000;
+    case cmd::GreenBackground:
+      return s.BoardBackground == 0x008000;
+    case cmd::OrangeBackground:
+      return s.BoardBackground == 0x006080;
+    case cmd::WhiteBackground:
+      return s.BoardBackground == 0xFFFFFF;
+    case cmd::Millimeters:
+      return s.LengthUnit == kLengthMm;
+    case cmd::Inches:
+      return s.LengthUnit == kLengthInch;
+    case cmd::AutomaticReframing:
+      return s.AutoReframe;
+    default:
+      if (id >= cmd::SpeedUnitFirst && id <= cmd::SpeedUnitLast)
+        return s.SpeedUnit == id - cmd::SpeedUnitFirst;
+      return false;
+  }
+}
+
+}  // namespace isolith
