@@ -1,0 +1,213 @@
+#include "ui/MainWindow.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <set>
+
+#include "QtTestApp.h"
+#include "support/FakePlatform.h"
+
+namespace isolith {
+namespace {
+
+// A window over a fresh application with no settings folder: nothing is read or written.
+struct World {
+  QApplication& qt = test::QtTestApp();  // before any widget
+  QtPlatform platform;
+  Application app{platform};
+  MainWindow window{app, platform};
+  World() {
+    InitSettings(app);
+    window.RefreshCommandStates();
+  }
+};
+
+QAction* Row(const MainWindow& w, int id, int index = 0) {
+  const QList<QAction*> rows = w.ActionsOf(id);
+  return index < rows.size() ? rows[index] : nullptr;
+}
+
+TEST(MainWindow, MenuRowsCarryTheTableTextsShortcutsAndChecks) {
+  test::QtTestApp();
+  World w;
+  QStringList titles;
+  for (QAction* top : w.window.menuBar()->actions()) titles << top->text();
+  EXPECT_EQ(titles,
+            QStringList({"&File", "&Toolpaths", "&Edit", "&Display", "&Parameters", "&Help"}));
+  EXPECT_EQ(w.window.menuBar()->actions()[0]->statusTip(),
+            "Global management functions for the card");
+
+  std::set<int> seen;
+  for (const CommandInfo& c : CommandTable()) {
+    if (*c.text == '\0' || !seen.insert(c.id).second) continue;  // recent rows; 12102 below
+    QAction* row = Row(w.window, c.id);
+    ASSERT_NE(row, nullptr) << c.id;
+    if (c.bindShortcut) {
+      EXPECT_EQ(row->text(), QString::fromUtf8(c.text)) << c.id;
+      EXPECT_EQ(row->shortcut(), QKeySequence(QString::fromUtf8(c.shortcut))) << c.id;
+    }
+    EXPECT_EQ(row->isCheckable(), c.checkable) << c.id;
+  }
+  EXPECT_EQ(Row(w.window, cmd::NewCircuit)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_O));
+  EXPECT_EQ(Row(w.window, cmd::Dimensions)->shortcut(), QKeySequence(Qt::CTRL | Qt::Key_D));
+  EXPECT_EQ(Row(w.window, cmd::GeneralHelp)->shortcut(), QKeySequence(Qt::Key_F1));
+  EXPECT_EQ(Row(w.window, cmd::Rotate90)->text(), QString::fromUtf8("Rotate &90°"));
+  // Tab is shown beside "Layer #1" but cycles the layers: it is not bound to the row.
+  EXPECT_EQ(Row(w.window, cmd::Layer1)->text(), "Layer #&1\tTab");
+  EXPECT_TRUE(Row(w.window, cmd::Layer1)->shortcut().isEmpty());
+  // The two rows of 12102, each with its own text.
+  EXPECT_EQ(Row(w.window, cmd::Simulate, 0)->text(), "&Simulate...");
+  EXPECT_EQ(Row(w.window, cmd::Simulate, 1)->text(), "M&anual control...");
+  EXPECT_EQ(Row(w.window, cmd::Information)->statusTip(), "Display information about active layer");
+  EXPECT_EQ(Row(w.window, cmd::NewCircuit)->statusTip(), "Open a new PCB project");
+
+  // Ticks follow the state they show.
+  EXPECT_TRUE(Row(w.window, cmd::VisualGrid)->isChecked());
+  EXPECT_TRUE(Row(w.window, cmd::Millimeters)->isChecked());
+  EXPECT_FALSE(Row(w.window, cmd::Inches)->isChecked());
+  EXPECT_TRUE(Row(w.window, cmd::SpeedUnitFirst + kSpeedMmPerS)->isChecked());
+  EXPECT_TRUE(Row(w.window, cmd::GreenBackground)->isChecked());
+  w.window.Dispatch(cmd::VisualGrid);
+  EXPECT_FALSE(w.app.settings.ShowGrid);
+  EXPECT_FALSE(Row(w.window, cmd::VisualGrid)->isChecked());
+}
+
+TEST(MainWindow, EmptyJobEnablesOnlyWhatMayRun) {
+  test::QtTestApp();
+  World w;
+  const std::set<int> enabled = {
+      cmd::Exit,       cmd::DetectCopperPlanesOnOpen, cmd::DetectCardContourOnOpen, cmd::Layer1,
+      cmd::VisualGrid, cmd::AutomaticReframing};
+  for (const CommandInfo& c : CommandTable()) {
+    for (QAction* row : w.window.ActionsOf(c.id))
+      EXPECT_EQ(row->isEnabled(), enabled.count(c.id) == 1) << c.id;
+  }
+  EXPECT_EQ(w.window.windowTitle(), "Isolith");
+
+  // A pad on the first layer, without a repaint: opening the menu applies the rule again.
+  w.app.board.Pads[0] = new TPad{};
+  w.app.board.LayerName[0] = "TOP.GBR";
+  w.app.board.LayerCount = 1;
+  EXPECT_FALSE(Row(w.window, cmd::CloseLayer)->isEnabled());
+  QMenu* file = w.window.menuBar()->actions()[0]->menu();
+  emit file->aboutToShow();
+  EXPECT_TRUE(Row(w.window, cmd::CloseLayer)->isEnabled());
+  EXPECT_TRUE(Row(w.window, cmd::Information)->isEnabled());
+  EXPECT_FALSE(Row(w.window, cmd::Save)->isEnabled());  // not built yet
+
+  // A command brings the rows and the title up to date.
+  w.window.Dispatch(cmd::FinalRendering);
+  EXPECT_TRUE(w.app.board.FinalRendering);
+  EXPECT_TRUE(Row(w.window, cmd::FinalRendering)->isChecked());
+  EXPECT_EQ(w.window.windowTitle(), "Isolith - TOP.GBR - Layer 1/1");
+
+  // While a reader runs, nothing is enabled.
+  w.app.board.Busy = true;
+  w.window.RefreshCommandStates();
+  for (const CommandInfo& c : CommandTable())
+    for (QAction* row : w.window.ActionsOf(c.id)) EXPECT_FALSE(row->isEnabled()) << c.id;
+}
+
+TEST(MainWindow, RecentFilesStandBeforeExit) {
+  test::QtTestApp();
+  World w;
+  w.app.settings.RecentName[0] = "BOARD.GBR";
+  w.app.settings.RecentName[1] = "OTHER.CMP";
+  w.window.RefreshRecentFiles();
+  w.window.RefreshRecentFiles();  // rebuilt, not doubled
+  QMenu* file = w.window.menuBar()->actions()[0]->menu();
+  const QList<QAction*> rows = file->actions();
+  const qsizetype exit = rows.indexOf(Row(w.window, cmd::Exit));
+  ASSERT_GE(exit, 3);
+  EXPECT_TRUE(rows[exit - 1]->isSeparator());
+  EXPECT_EQ(rows[exit - 2]->text(), "&2 - OTHER.CMP");
+  EXPECT_EQ(rows[exit - 3]->text(), "&1 - BOARD.GBR");
+  EXPECT_TRUE(rows[exit - 4]->isSeparator());
+  EXPECT_EQ(Row(w.window, cmd::Recent1)->statusTip(), "Open a recent file directly");
+  EXPECT_EQ(w.window.ActionsOf(cmd::Recent1).size(), 1);
+}
+
+TEST(MainWindow, StatusLineAndTitle) {
+  test::QtTestApp();
+  World w;
+  w.platform.SetStatus("Building draft contours...");
+  EXPECT_EQ(w.window.statusBar()->currentMessage(), "Building draft contours...");
+
+  Board b;
+  EXPECT_EQ(WindowTitle(b), "Isolith");
+  b.Pads[0] = new TPad{};
+  b.Tracks[1] = new TTrack{};
+  b.Drills = new TDrill{};
+  b.LayerName = {"TOP.GBR", "BOTTOM.GBR", "", "", "BOARD.DRL", ""};
+  b.LayerCount = 3;
+  b.ActiveLayer = 1;
+  EXPECT_EQ(WindowTitle(b), "Isolith - BOTTOM.GBR - Layer 2/2");
+  b.ActiveLayer = kDrillLayer;
+  EXPECT_EQ(WindowTitle(b), "Isolith - BOARD.DRL - Drills");
+}
+
+TEST(MainWindow, KeysSwitchLayersAndUnusedKeysBeepOnRelease) {
+  test::QtTestApp();
+  test::FakePlatform fake;
+  Application app(fake);
+  QtPlatform platform;
+  MainWindow window(app, platform);
+  InitSettings(app);
+  app.board.Pads[0] = new TPad{};
+  app.board.Tracks[1] = new TTrack{};
+  app.board.LayerCount = 2;
+
+  auto press = [&](int key, Qt::KeyboardModifiers mods = Qt::NoModifier) {
+    QKeyEvent down(QEvent::KeyPress, key, mods);
+    QKeyEvent up(QEvent::KeyRelease, key, mods);
+    QCoreApplication::sendEvent(window.ViewArea(), &down);
+    QCoreApplication::sendEvent(window.ViewArea(), &up);
+  };
+  press(Qt::Key_Tab);
+  EXPECT_EQ(app.board.ActiveLayer, 1);
+  press(Qt::Key_Backtab, Qt::ShiftModifier);
+  EXPECT_EQ(app.board.ActiveLayer, 0);
+  EXPECT_EQ(fake.beeps, 0);
+
+  press(Qt::Key_Shift);
+  press(Qt::Key_Comma);
+  EXPECT_EQ(fake.beeps, 0);
+  press(Qt::Key_X);  // nothing answers it
+  EXPECT_EQ(fake.beeps, 1);
+  press(Qt::Key_Escape);  // nothing to leave or cancel
+  EXPECT_EQ(fake.beeps, 2);
+  press(Qt::Key_D, Qt::ControlModifier);  // "Dimensions" is refused while it is not built
+  EXPECT_EQ(fake.beeps, 3);
+
+  app.board.FinalRendering = true;
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(app.board.FinalRendering);
+  EXPECT_EQ(fake.beeps, 3);
+}
+
+TEST(MainWindow, FramePositionGoesIntoTheSettings) {
+  test::QtTestApp();
+  World w;
+  w.app.settings.FrameWinX = 40;
+  w.app.settings.FrameWinY = 30;
+  w.app.settings.FrameWinW = 640;
+  w.app.settings.FrameWinH = 480;
+  w.window.RestoreFramePosition();
+  EXPECT_EQ(w.window.size(), QSize(640, 480));
+  w.window.resize(700, 500);
+  w.window.StoreFramePosition();
+  EXPECT_EQ(w.app.settings.FrameWinW, 700);
+  EXPECT_EQ(w.app.settings.FrameWinH, 500);
+
+  w.app.Snapshot = true;
+  w.window.RestoreFramePosition();
+  EXPECT_EQ(w.window.size(), QSize(850, 714));
+}
+
+}  // namespace
+}  // namespace isolith
