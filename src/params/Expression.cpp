@@ -297,7 +297,8 @@ ExprResult EvaluateExpression(std::string_view text, char decimalSeparator,
   }
   ExprResult result;
   if (s.empty()) return result;
-  Evaluator evaluator(s, decimalSeparator, variables);
+  // At most three variables take part.
+  Evaluator evaluator(s, decimalSeparator, variables.first(std::min<size_t>(3, variables.size())));
   double value = 0;
   if (!evaluator.Run(value)) {
     // An error at the very first character cannot be told from a success.
