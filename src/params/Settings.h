@@ -286,9 +286,12 @@ bool WriteSettings(const std::string& directory, const std::string& baseName,
 bool StartSettings(const std::string& directory, const std::string& baseName, Settings& settings,
                    const SettingsApertures& apertures);
 
-// Reads one Key=Value exactly as the file reader reads that key (case of the key ignored,
-// fallbacks, clamps and quirks kept). False with a one-line `error` for a key the reader does
-// not know, a key that is only written, or an aperture key (those live in the board model).
+// Reads one Key=Value as the file reader reads that key (case of the key ignored, fallbacks,
+// clamps and quirks kept), with one addition: a number that is exactly zero ("0", "0.0") stands
+// for the value 0 in memory, which the file shows as the key's zero text, so the run takes what
+// that text reads back as ("MillingSpeed=0" gives 6, "GrbAperScaleIn=0" gives 0.01). False with
+// a one-line `error` for a key the reader does not know, a key that is only written, or an
+// aperture key (those live in the board model).
 bool ApplySettingOverride(Settings& settings, std::string_view key, std::string_view value,
                           std::string& error);
 
