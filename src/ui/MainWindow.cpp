@@ -13,6 +13,7 @@
 
 #include "core/application/Commands.h"
 #include "core/application/LayerCommands.h"
+#include "core/application/Startup.h"
 #include "core/board/BoardOps.h"
 #include "ui/Hints.h"
 
@@ -182,6 +183,15 @@ void MainWindow::AddCommandRow(QMenu* menu, const MenuNode& node) {
 
 void MainWindow::RefreshRecentFiles() {
   if (fileMenu_ == nullptr || recentPlace_ == nullptr) return;
+  const Settings& s = app_.settings;
+  QStringList texts;
+  for (int slot = 0; slot < kRecentFiles; ++slot)
+    texts << (s.RecentName[slot].empty()
+                  ? QString()
+                  : QString::fromStdString(RecentFileText(slot, s.RecentName[slot])));
+  // Rebuilt only when the list changed: the row that issued the running command may be one.
+  if (texts == recentTexts_) return;
+  recentTexts_ = texts;
   for (QAction* row : recentRows_) {
     for (auto it = actions_.begin(); it != actions_.end();) {
       if (it->second == row)
@@ -190,15 +200,13 @@ void MainWindow::RefreshRecentFiles() {
         ++it;
     }
     fileMenu_->removeAction(row);
-    delete row;
+    row->deleteLater();
   }
   recentRows_.clear();
-  const Settings& s = app_.settings;
   for (int slot = 0; slot < kRecentFiles; ++slot) {
-    if (s.RecentName[slot].empty()) continue;
+    if (texts[slot].isEmpty()) continue;
     const int id = cmd::Recent1 + slot;
-    QAction* row =
-        new QAction(QString::fromStdString(RecentFileText(slot, s.RecentName[slot])), fileMenu_);
+    QAction* row = new QAction(texts[slot], fileMenu_);
     row->setStatusTip(Text(MenuHint(id)));
     row->setData(id);
     connect(row, &QAction::triggered, this, [this, id] { Dispatch(id); });
@@ -212,6 +220,7 @@ void MainWindow::RefreshRecentFiles() {
     fileMenu_->insertAction(recentPlace_, line);
     recentRows_ << line;
   }
+  RefreshCommandStates();
 }
 
 void MainWindow::RefreshCommandStates() {
@@ -308,8 +317,8 @@ void MainWindow::BringToFront() {
 
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
-  if (app_.FirstShow) {
-    app_.FirstShow = false;
+  if (app_.FirstShow && !firstShowQueued_) {
+    firstShowQueued_ = true;
     // After the window stands on the screen, so that a dialog of the chain has it as parent.
     QTimer::singleShot(0, this, &MainWindow::RunStartupChain);
   }
@@ -318,13 +327,9 @@ void MainWindow::showEvent(QShowEvent* event) {
 void MainWindow::RunStartupChain() {
   RefreshRecentFiles();
   RefreshCommandStates();
-  // With no file named, the program opens on "New circuit", once that command exists; a file
-  // named on the command line waits for the Gerber reader.
-  if (app_.StartFile.empty() && CommandImplemented(cmd::NewCircuit)) Dispatch(cmd::NewCircuit);
-  ResetHover(app_);
-  app_.AutoStart = false;
-  app_.AutoMill = false;
+  RunFirstShow(app_);
   RequestRepaint(app_);
+  AfterCommand();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QStringList>
 #include <map>
 #include <string>
 
@@ -79,7 +80,9 @@ class MainWindow : public QMainWindow, public PlatformWindow {
   QMenu* fileMenu_ = nullptr;
   QAction* recentPlace_ = nullptr;  // the recent rows go before this row
   QList<QAction*> recentRows_;
+  QStringList recentTexts_;  // what the recent rows show, one entry per slot
   std::multimap<int, QAction*> actions_;
+  bool firstShowQueued_ = false;
   int openKey_ = 0;  // a key that did nothing: the beep sounds when it is released
 };
 

@@ -130,6 +130,12 @@ TEST(MainWindow, RecentFilesStandBeforeExit) {
   EXPECT_TRUE(rows[exit - 4]->isSeparator());
   EXPECT_EQ(Row(w.window, cmd::Recent1)->statusTip(), "Open a recent file directly");
   EXPECT_EQ(w.window.ActionsOf(cmd::Recent1).size(), 1);
+  EXPECT_FALSE(Row(w.window, cmd::Recent1)->isEnabled());  // reopening is not built yet
+
+  w.app.settings.RecentName[1].clear();
+  w.window.RepaintBoard(RepaintLevel::Status);
+  EXPECT_EQ(file->actions().size(), rows.size() - 1);
+  EXPECT_TRUE(w.window.ActionsOf(cmd::Recent1 + 1).isEmpty());
 }
 
 TEST(MainWindow, StatusLineAndTitle) {

@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "core/application/Application.h"
-#include "core/application/CommandLine.h"
 #include "core/application/ConfigFolder.h"
+#include "core/application/Startup.h"
 #include "ui/MainWindow.h"
 #include "ui/QtPlatform.h"
 #include "ui/SingleInstance.h"
@@ -61,14 +61,9 @@ int main(int argc, char* argv[]) {
   if (programFolder.empty())
     programFolder = isolith::WithSeparator(QCoreApplication::applicationDirPath().toStdString());
   std::string error;
-  const std::string configFolder = isolith::ChooseConfigFolder(programFolder, "", error);
-  if (configFolder.empty()) {
-    platform.ShowMessage(isolith::kProgramName,
-                         error + "\nThe settings of this run will not be kept.",
-                         isolith::MessageIcon::Warning);
-  } else {
-    isolith::InstallStarterTools(programFolder, configFolder);
-  }
+  const std::string configFolder = isolith::PrepareConfigFolder(programFolder, "", error);
+  if (configFolder.empty())
+    platform.ShowMessage(isolith::kProgramName, error, isolith::MessageIcon::Warning);
 
   isolith::Application app(platform, programFolder, configFolder);
   const QScreen* screen = QGuiApplication::primaryScreen();
@@ -78,15 +73,7 @@ int main(int argc, char* argv[]) {
   std::vector<std::string> words;
   const QStringList arguments = QCoreApplication::arguments();
   for (qsizetype i = 1; i < arguments.size(); ++i) words.push_back(arguments[i].toStdString());
-  const isolith::CommandLineOptions options = isolith::ParseCommandLine(
-      words, app.settings,
-      [](const std::string& path) { return QFileInfo(QString::fromStdString(path)).isFile(); });
-  app.StartFile = options.StartFile;
-  app.DebugMode = options.DebugMode;
-  app.Snapshot = options.Snapshot;
-  app.NoSplash = options.NoSplash;
-  app.AutoStart = options.AutoStart;
-  app.AutoMill = options.AutoMill;
+  isolith::ApplyCommandLine(app, words);
 
   isolith::MainWindow window(app, platform);
   QObject::connect(&instance, &isolith::SingleInstance::activationRequested, &window,
