@@ -2,6 +2,8 @@
 
 #include "import/Dialects.h"
 #include "import/RecentFiles.h"
+#include "import/TDialogImport.h"
+#include "support/FakePlatform.h"
 
 namespace isolith::test {
 namespace {
@@ -103,6 +105,47 @@ TEST(RecentFiles, NewestFirstOneEntryPerPath) {
   EXPECT_EQ(RecentFileCount(s), kRecentFiles);
   EXPECT_EQ(s.RecentName[0], "f5");
   EXPECT_EQ(s.RecentName[4], "f1");  // the oldest fell off
+}
+
+TEST(ImportScales, TheDialogEditsOneRow) {
+  EXPECT_EQ(ImportScalesRow(12421), kRowGerber);
+  EXPECT_EQ(ImportScalesRow(12430), kRowExcellon);
+  EXPECT_EQ(ImportScalesRow(12431), -1);
+
+  Settings s;
+  s.ImportFormat[kRowAres].FlipXY = 0x80 | 2;
+  TDialogImport ares(s, kRowAres, "Isolith", ',');
+  EXPECT_EQ(ares.title, "Isolith ARES");
+  EXPECT_EQ(ares.scaleIn, "1");
+  EXPECT_TRUE(ares.hasApertures);
+  EXPECT_TRUE(ares.flipY);
+  EXPECT_FALSE(ares.flipX);
+
+  FakePlatform platform;
+  platform.decimalSeparator = ',';
+  ares.scaleIn = "2*3";
+  ares.aperScaleIn = "0,5";
+  ares.drillScaleIn = "2000";  // out of range: refused, nothing written
+  ares.swapXY = true;
+  EXPECT_FALSE(ares.Accept(platform));
+  ASSERT_EQ(platform.messages.size(), 1u);
+  EXPECT_EQ(platform.messages[0].title, "Error");
+  EXPECT_EQ(platform.messages[0].text.substr(0, 16), "Drills :  2000 \n");
+  EXPECT_FLOAT_EQ(s.ImportFormat[kRowAres].ScaleIn, 1);
+
+  ares.drillScaleIn = "0,0005";  // within the tolerance of the field check
+  EXPECT_TRUE(ares.Accept(platform));
+  EXPECT_FLOAT_EQ(s.ImportFormat[kRowAres].ScaleIn, 6);
+  EXPECT_FLOAT_EQ(s.ImportFormat[kRowAres].AperScaleIn, 0.5f);
+  EXPECT_FLOAT_EQ(s.ImportFormat[kRowAres].DrillScaleIn, 0.0005f);
+  EXPECT_EQ(s.ImportFormat[kRowAres].FlipXY, 0x80 | 4 | 2);
+
+  TDialogImport excellon(s, kRowExcellon, "Isolith", '.');
+  EXPECT_EQ(excellon.title, "Isolith EXCELLON");
+  EXPECT_EQ(excellon.scaleIn, "0.1");
+  EXPECT_FALSE(excellon.hasApertures);
+  excellon.aperScaleIn = "nonsense";  // absent for drills: never checked
+  EXPECT_TRUE(excellon.Accept(platform));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "core/board/BoardOps.h"
 #include "import/Dialects.h"
 #include "import/OpenGerber.h"
+#include "import/OpenLayer.h"
 #include "support/FakePlatform.h"
 
 namespace isolith::test {
@@ -301,6 +302,41 @@ TEST_F(OpenGerber, AnotherLayerIsAlignedOnTheFirst) {
   settings.DetectCutOut = false;
   ASSERT_EQ(Load("outline.gbr", shifted, 2), LoadResult::Loaded);
   EXPECT_EQ(board.ActiveLayer, 2);
+}
+
+TEST_F(OpenGerber, TheOpenDialogOffersTheDialectsAndKeepsTheChoice) {
+  ExcellonChoices choices;
+  EXPECT_FALSE(OpenLayerDialog(context, choices, false, 0));  // Cancel
+  ASSERT_EQ(platform.fileRequests.size(), 1u);
+  EXPECT_EQ(platform.fileRequests[0].folder, "/nowhere/");
+  EXPECT_EQ(platform.fileRequests[0].filters.size(), 10u);
+  EXPECT_EQ(platform.fileRequests[0].filterIndex, 2);
+
+  EXPECT_FALSE(OpenLayerDialog(context, choices, false, kDrillLayer));
+  EXPECT_EQ(platform.fileRequests[1].filters.size(), 3u);
+  EXPECT_EQ(platform.fileRequests[1].filterIndex, 2);
+
+  settings.LayerImportFormat = 0;  // "All files": read with the Gerber row
+  platform.files.push_back(Write("first.gbr", kBoard));
+  EXPECT_TRUE(OpenLayerDialog(context, choices, false, 0));
+  EXPECT_EQ(platform.fileRequests[2].filterIndex, 1);
+  EXPECT_EQ(CountOf(board.Pads[0]), 3);
+  EXPECT_EQ(settings.RecentFormat[0], kFormatGerber);
+
+  settings.LayerImportFormat = kFormatAres;
+  platform.files.push_back(Write("second.top", kBoard));
+  EXPECT_TRUE(OpenLayerDialog(context, choices, true, 1));
+  EXPECT_EQ(platform.fileRequests[3].folder, dir.string() + "/");
+  EXPECT_EQ(platform.fileRequests[3].filterIndex, 3);
+  EXPECT_EQ(CountOf(board.Pads[0]), 3);
+  EXPECT_EQ(CountOf(board.Pads[1]), 3);
+
+  // A new circuit starts from an empty job before its file is read.
+  platform.files.push_back(Write("broken.top", "G04 nothing*"));
+  EXPECT_TRUE(OpenLayerDialog(context, choices, false, 0));
+  EXPECT_EQ(platform.LastMessage(), "An error occurred while loading the file.");
+  EXPECT_EQ(board.Pads[0], nullptr);
+  EXPECT_EQ(board.Pads[1], nullptr);
 }
 
 }  // namespace
