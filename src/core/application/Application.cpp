@@ -56,8 +56,7 @@ void ResetHover(Application& app) {
   app.platform.SetBusyCursor(false);
 }
 
-void RequestRepaint(Application& app, RepaintLevel level) {
-  Board& b = app.board;
+void RepaintBookkeeping(Board& b) {
   b.LayerCount = CountLayers(b);
   if (b.RefPad != nullptr) {
     int found = -1;
@@ -72,6 +71,10 @@ void RequestRepaint(Application& app, RepaintLevel level) {
     else
       b.RefLayer = found;
   }
+}
+
+void RequestRepaint(Application& app, RepaintLevel level) {
+  RepaintBookkeeping(app.board);
   app.platform.Repaint(level);
 }
 

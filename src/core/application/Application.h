@@ -73,8 +73,11 @@ bool SaveSettings(Application& app);
 // first.
 void ResetHover(Application& app);
 
-// The repaint every command ends with: LayerCount recounted, RefPad kept only while it still
-// stands in the pads of a circuit layer (its layer becoming RefLayer), then the window redraws.
+// The bookkeeping of every repaint: LayerCount recounted, RefPad kept only while it still stands
+// in the pads of a circuit layer (its layer becoming RefLayer).
+void RepaintBookkeeping(Board& b);
+
+// The repaint every command ends with: the bookkeeping, then the window redraws.
 void RequestRepaint(Application& app, RepaintLevel level = RepaintLevel::View);
 
 // The refusal: a short beep in the user's sound, nothing else.

@@ -159,6 +159,11 @@ constexpr CommandInfo kContextCommands[] = {
 
 // Commands that have a handler in RunCommand.
 constexpr int kImplemented[] = {
+    12021,
+    12022,
+    12023,
+    12024,
+    12025,
     cmd::CloseLayer,
     cmd::Information,
     cmd::Exit,

@@ -1,5 +1,6 @@
 #include "core/application/Commands.h"
 
+#include "core/application/ImportSteps.h"
 #include "core/application/LayerCommands.h"
 #include "core/application/LayerInformation.h"
 #include "core/application/PendingCommands.h"
@@ -53,6 +54,12 @@ bool RunCommand(Application& app, int id) {
       RequestRepaint(app);
       break;
     default:
+      if (id >= cmd::Recent1 && id <= cmd::Recent5) {
+        ImportContext context = MakeImportContext(app);
+        OpenRecent(context, id - cmd::Recent1);
+        RequestRepaint(app, RepaintLevel::Full);
+        break;
+      }
       if (id >= cmd::Layer1 && id <= cmd::Layer6) {
         ShowLayer(app, id - cmd::Layer1);
         break;

@@ -6,6 +6,7 @@
 #include "core/application/CommandLine.h"
 #include "core/application/Commands.h"
 #include "core/application/ConfigFolder.h"
+#include "core/application/ImportSteps.h"
 
 namespace isolith {
 
@@ -33,10 +34,16 @@ void ApplyCommandLine(Application& app, const std::vector<std::string>& words) {
 void RunFirstShow(Application& app) {
   if (!app.FirstShow) return;
   app.FirstShow = false;
-  // Reading a named StartFile, and the AUTOSTART / AUTOMILL steps, join the chain with the Gerber
-  // reader, the contour calculation and the output; until then only "New circuit" can run.
-  if (app.StartFile.empty() && CommandImplemented(cmd::NewCircuit))
-    RunCommand(app, cmd::NewCircuit);
+  if (app.StartFile.empty()) {
+    if (CommandImplemented(cmd::NewCircuit)) RunCommand(app, cmd::NewCircuit);
+  } else {
+    // Whatever its extension, a file named on the command line is read as a circuit layer.
+    ImportContext context = MakeImportContext(app);
+    OpenGerberFile(context, app.StartFile, 0);
+    RequestRepaint(app, RepaintLevel::Full);
+  }
+  // The AUTOSTART and AUTOMILL steps (contours without their dialog, then "Mill" confirmed)
+  // join here with the contour command and the output.
   ResetHover(app);
   app.AutoStart = false;
   app.AutoMill = false;

@@ -132,5 +132,38 @@ TEST(Startup, FirstShowClearsTheAutoFlags) {
   EXPECT_TRUE(app.AutoMill);
 }
 
+TEST(Startup, FirstShowReadsTheStartFileAndRecentFilesReopenIt) {
+  TempFolder folder;
+  const std::string path = folder.path() + "Board.GTL";
+  std::ofstream(path) << "%FSLAX24Y24*%\n%MOIN*%\n%ADD10C,0.0600*%\n%ADD11C,0.0100*%\n"
+                         "D10*\nX010000Y010000D03*\nX020000Y010000D03*\n"
+                         "D11*\nX010000Y010000D02*\nX020000Y015000D01*\nM02*\n";
+  test::FakePlatform fake;
+  Application app(fake, folder.path(), folder.path());
+  InitSettings(app);
+  ApplyCommandLine(app, {path});
+  EXPECT_EQ(app.settings.LayerImportFormat, kFormatProtel);
+  RunFirstShow(app);
+  EXPECT_TRUE(fake.messages.empty()) << fake.LastMessage();
+  EXPECT_EQ(app.board.LayerCount, 1);
+  EXPECT_EQ(CountOf(app.board.Pads[0]), 2);
+  EXPECT_EQ(CountOf(app.board.Tracks[0]), 1);
+  EXPECT_FALSE(app.settings.RecentName[0].empty());
+
+  // Closed, then reopened from the recent list.
+  ASSERT_TRUE(RunCommand(app, cmd::CloseLayer));
+  EXPECT_EQ(app.board.LayerCount, 0);
+  ASSERT_TRUE(RunCommand(app, cmd::Recent1));
+  EXPECT_EQ(app.board.LayerCount, 1);
+  EXPECT_EQ(CountOf(app.board.Pads[0]), 2);
+
+  // A start file that cannot be read leaves an empty job.
+  Application other(fake, folder.path(), folder.path());
+  InitSettings(other);
+  other.StartFile = folder.path() + "missing.gbr";
+  RunFirstShow(other);
+  EXPECT_EQ(other.board.LayerCount, 0);
+}
+
 }  // namespace
 }  // namespace isolith

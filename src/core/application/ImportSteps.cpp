@@ -1,0 +1,33 @@
+#include "core/application/ImportSteps.h"
+
+#include "core/board/BoardOps.h"
+#include "edit/Transforms.h"
+#include "toolpath/CardContour.h"
+#include "toolpath/CopperPlanes.h"
+
+namespace isolith {
+
+ImportContext MakeImportContext(Application& app) {
+  ImportContext context{app.board, app.settings, app.platform, app.ProgramFolder, {}};
+  GerberLoadSteps& steps = context.steps;
+  steps.resetHover = [&app] { ResetHover(app); };
+  steps.cardThickness = [&app] { return CardThicknessFromSettings(app.settings); };
+  steps.reframe = [&app] {
+    ReframeBoard(app.board);
+    ResetHover(app);
+    RequestRepaint(app);
+  };
+  steps.saveSettings = [&app] { SaveSettings(app); };
+  steps.detectCopperPlanes = [&app](int layer) {
+    DetectCopperPlanes(app.board, app.platform, layer, false);
+  };
+  steps.detectCardContour = [&app](int layer) {
+    // Started with AUTOSTART or AUTOMILL, a detected edge is taken without asking.
+    CutContext cut{app.board, app.platform, app.settings, app.tools,
+                   !(app.AutoStart || app.AutoMill)};
+    return DetectCardContour(cut, layer) && !LayerHasContent(app.board, layer);
+  };
+  return context;
+}
+
+}  // namespace isolith
