@@ -1,6 +1,5 @@
 #include "import/JobSnapshot.h"
 
-#include <algorithm>
 #include <cstring>
 
 namespace isolith {

@@ -1,6 +1,5 @@
 #include "import/OpenExcellon.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -148,6 +147,7 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
   resetHover();
   const ImportPathParts parts = SplitImportPath(path);
   settings.ImportPath = parts.folder;
+  RememberExtension(settings, kRowExcellon, parts.extension);
   if (!choices.ready) {
     choices.ready = true;
     choices.relative = settings.ExlRelative;
@@ -176,7 +176,7 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
     ReadExcellon(file, format, b);
     file.close();
     b.Busy = false;
-    RememberExtension(settings, kRowExcellon, parts.extension);
+    b.FinalRendering = false;
 
     if (!b.ImportDrills || !GuessSize(b)) {
       FreeDrills(b, b.ImportDrills);

@@ -161,7 +161,7 @@ TEST_F(OpenExcellon, CancelPutsTheJobBackExactly) {
 
 TEST_F(OpenExcellon, NoReadsAgainWithTheDialogsChoices) {
   settings.DrillImportFormat = 17;
-  std::string path = Write("retry.drl", "METRIC\nT1C0.8\nX10Y10\nX30Y10\nX10Y40\n");
+  std::string path = Write("retry.abc", "METRIC\nT1C0.8\nX10Y10\nX30Y10\nX10Y40\n");
   platform.answers = {Answer::No, Answer::Yes};
   platform.dialogs["TDialogExcellon"] = [](DialogForm& form) {
     auto& dialog = dynamic_cast<TDialogExcellon&>(form);
@@ -175,6 +175,9 @@ TEST_F(OpenExcellon, NoReadsAgainWithTheDialogsChoices) {
   ASSERT_EQ(CountOf(board.Drills), 3);
   EXPECT_EQ(choices.format, 18);
   EXPECT_EQ(settings.DrillImportFormat, 17);  // not kept as default
+  // The extension joins the history once per load, not once per read.
+  EXPECT_EQ(settings.ImportFormat[kRowExcellon].Extension[0], "ABC");
+  EXPECT_EQ(settings.ImportFormat[kRowExcellon].Extension[1], "");
   // The size guess grew the tiny board by tens: the holes keep their shape.
   float xmin, ymin, xmax, ymax;
   BoundingBox(nullptr, nullptr, board.Drills, nullptr, xmin, ymin, xmax, ymax, false);
