@@ -304,6 +304,41 @@ TEST_F(OpenGerber, AnotherLayerIsAlignedOnTheFirst) {
   EXPECT_EQ(board.ActiveLayer, 2);
 }
 
+TEST_F(OpenGerber, HandWrittenFilesOfBothKinds) {
+  const std::string data = ISOLITH_TEST_DATA;
+  // RS-274-D with its apertures listed in comments; inches with three decimals.
+  ASSERT_EQ(OpenGerberFile(context, data + "/listing-rs274d.pho", 0), LoadResult::Loaded);
+  EXPECT_TRUE(platform.messages.empty());
+  EXPECT_EQ(CountOf(board.Pads[0]), 3);
+  EXPECT_EQ(CountOf(board.Tracks[0]), 2);
+  EXPECT_EQ(board.Drills, nullptr);  // the listing gives no holes
+  EXPECT_EQ(board.PadShape[0][2], kShapeRectangle);
+  EXPECT_FLOAT_EQ(board.PadSizeX[0][2], 1.778f);
+  EXPECT_FLOAT_EQ(board.TrackWidth[0][1], 0.3048f);
+  EXPECT_FLOAT_EQ(board.CardWidth, 76.2f);
+  EXPECT_TRUE(Has("dimensions"));  // complete, and a third of the card is empty on each side
+  EXPECT_EQ(settings.ImportFormat[kRowGerber].Extension[0], "PHO");
+
+  // RS-274-X with macros and a region.
+  steps.clear();
+  ASSERT_EQ(OpenGerberFile(context, data + "/macros-rs274x.gbr", 0), LoadResult::Loaded);
+  EXPECT_TRUE(platform.messages.empty());
+  EXPECT_EQ(CountOf(board.Pads[0]), 5);
+  EXPECT_EQ(CountOf(board.Tracks[0]), 4);  // the region's outline came in as draws
+  EXPECT_EQ(CountOf(board.Drills), 2);     // only the first aperture has a hole
+  EXPECT_FLOAT_EQ(board.DrillDiameter[0], 0.8f);
+  EXPECT_EQ(board.PadShape[0][1], kShapeRectangle);
+  EXPECT_FLOAT_EQ(board.PadSizeY[0][1], 1.2f);
+  EXPECT_EQ(board.PadShape[0][2], kShapeOctagon);
+  EXPECT_NEAR(board.PadSizeX[0][2], 1.08239 * 1.5, 1e-5);
+  // A thermal macro is a circle whose size the AD line has to give; this one gives none.
+  EXPECT_EQ(board.PadShape[0][3], kShapeCircle);
+  EXPECT_FLOAT_EQ(board.PadSizeX[0][3], 0);
+  EXPECT_FLOAT_EQ(board.CardWidth, 45);
+  EXPECT_FLOAT_EQ(board.CardHeight, 35);
+  EXPECT_TRUE(Has("dimensions"));
+}
+
 TEST_F(OpenGerber, TheOpenDialogOffersTheDialectsAndKeepsTheChoice) {
   ExcellonChoices choices;
   EXPECT_FALSE(OpenLayerDialog(context, choices, false, 0));  // Cancel
