@@ -8,6 +8,7 @@
 #include "core/application/CommandTable.h"
 #include "core/board/Board.h"
 #include "core/platform/Platform.h"
+#include "import/OpenExcellon.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
@@ -48,6 +49,9 @@ class Application {
   bool AutoStart = false;
   bool AutoMill = false;
   bool FirstShow = true;  // until the first show of the window has run the start-up chain
+
+  // The "Excellon import" choices, kept from one drill load to the next.
+  ExcellonChoices excellonChoices;
 
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;

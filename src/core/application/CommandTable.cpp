@@ -159,6 +159,19 @@ constexpr CommandInfo kContextCommands[] = {
 
 // Commands that have a handler in RunCommand.
 constexpr int kImplemented[] = {
+    cmd::NewCircuit,
+    cmd::AdditionalLayer,
+    cmd::Drills,
+    12421,
+    12422,
+    12423,
+    12424,
+    12425,
+    12426,
+    12427,
+    12428,
+    12429,
+    12430,
     12021,
     12022,
     12023,

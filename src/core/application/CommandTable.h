@@ -175,10 +175,11 @@ struct DrawnMarks {
 };
 
 // Commands whose behaviour is built (they have a handler in RunCommand). At present:
-//   12021..12025 the recent files, 12007 "&Close layer...", 12008 "&Information...",
-//   12019 "E&xit" (asks the window to close), 12301..12306 the layer rows, 12309 "&Final
-//   rendering", 12310 "&Visual grid", 12117 and 12124 the two "Detect when opening file" toggles,
-//   12440 "Automatic reframing".
+//   12002 "&New circuit...", 12003 "&Additional layer...", 12004 "Drills...",
+//   12421..12430 the import scales, 12021..12025 the recent files, 12007 "&Close layer...", 12008
+//   "&Information...", 12019 "E&xit" (asks the window to close), 12301..12306 the layer rows, 12309
+//   "&Final rendering", 12310 "&Visual grid", 12117 and 12124 the two "Detect when opening file"
+//   toggles, 12440 "Automatic reframing".
 // Every other command of the table is disabled until its handler exists.
 bool CommandImplemented(int id);
 

@@ -4,6 +4,10 @@
 #include "core/application/LayerCommands.h"
 #include "core/application/LayerInformation.h"
 #include "core/application/PendingCommands.h"
+#include "core/application/WindowTitle.h"
+#include "core/board/BoardOps.h"
+#include "import/OpenLayer.h"
+#include "import/TDialogImport.h"
 
 namespace isolith {
 
@@ -16,6 +20,30 @@ void ToggleSetting(Application& app, bool& value) {
   RequestRepaint(app, RepaintLevel::Status);
 }
 
+// "&New circuit...", "&Additional layer..." and "Drills...": the open dialog, then the reader.
+void OpenLayer(Application& app, bool isAdditional, int layer) {
+  ResetHover(app);
+  ImportContext context = MakeImportContext(app);
+  OpenLayerDialog(context, app.excellonChoices, isAdditional, layer);
+  RequestRepaint(app, RepaintLevel::Full);
+}
+
+// The first circuit layer that holds nothing, or the last one when all are taken.
+int FirstFreeCircuitLayer(const Board& b) {
+  for (int layer = 0; layer < kCircuitLayers; ++layer)
+    if (!LayerHasContent(b, layer)) return layer;
+  return kCircuitLayers - 1;
+}
+
+// "&Import scales": the dialect row's scales and mirror bits, saved on OK.
+void EditImportScales(Application& app, int id) {
+  app.board.PendingCommand = 0;
+  TDialogImport form(app.settings, ImportScalesRow(id), WindowTitle(app.board),
+                     app.DecimalSeparator);
+  if (app.platform.RunDialog(form)) SaveSettings(app);
+  RequestRepaint(app);
+}
+
 }  // namespace
 
 bool RunCommand(Application& app, int id) {
@@ -26,6 +54,15 @@ bool RunCommand(Application& app, int id) {
   }
   Board& b = app.board;
   switch (id) {
+    case cmd::NewCircuit:
+      OpenLayer(app, false, 0);
+      break;
+    case cmd::AdditionalLayer:
+      OpenLayer(app, true, FirstFreeCircuitLayer(b));
+      break;
+    case cmd::Drills:
+      OpenLayer(app, false, kDrillLayer);
+      break;
     case cmd::CloseLayer:
       CloseLayer(app);
       break;
@@ -58,6 +95,10 @@ bool RunCommand(Application& app, int id) {
         ImportContext context = MakeImportContext(app);
         OpenRecent(context, id - cmd::Recent1);
         RequestRepaint(app, RepaintLevel::Full);
+        break;
+      }
+      if (id >= cmd::ImportScaleFirst && id <= cmd::ImportScaleLast) {
+        EditImportScales(app, id);
         break;
       }
       if (id >= cmd::Layer1 && id <= cmd::Layer6) {
