@@ -152,12 +152,15 @@ void GuessImportSize(Board& b, double small, double large) {
   if (xmin > xmax) return;
   auto width = [&] { return double(xmax) - xmin; };
   auto height = [&] { return double(ymax) - ymin; };
-  while (width() >= large && height() >= large) {
+  // An overflowed box would never shrink: such lists are left to the caller's check.
+  if (!std::isfinite(width()) || !std::isfinite(height())) return;
+  while (large > 0 && width() >= large && height() >= large) {
     ScaleLists(b, b.ImportPads, b.ImportTracks, b.ImportDrills, nullptr, 0.1f, true, false, false,
                false, false);
     ImportBox(b, xmin, ymin, xmax, ymax);
   }
-  while (width() <= small && height() <= small && !(xmin == xmax && ymin == ymax)) {
+  while (width() <= small && height() <= small && !(xmin == xmax && ymin == ymax) &&
+         std::isfinite(xmin) && std::isfinite(xmax) && std::isfinite(ymin) && std::isfinite(ymax)) {
     ScaleLists(b, b.ImportPads, b.ImportTracks, b.ImportDrills, nullptr, 10.0f, true, false, false,
                false, false);
     ImportBox(b, xmin, ymin, xmax, ymax);
