@@ -123,7 +123,6 @@ void MainWindow::BuildMenus() {
     if (top.kind != MenuNode::Submenu) continue;
     QMenu* menu = menuBar()->addMenu(Text(top.text));
     menu->menuAction()->setStatusTip(Text(top.hintGroup));
-    if (fileMenu_ == nullptr) fileMenu_ = menu;
     AddNodes(menu, top.children);
   }
 }
@@ -132,8 +131,7 @@ void MainWindow::AddNodes(QMenu* menu, const std::vector<MenuNode>& nodes) {
   // The rows are enabled by the rule each time their menu opens, so that what the menu shows
   // is what the model holds at that moment.
   connect(menu, &QMenu::aboutToShow, this, &MainWindow::RefreshCommandStates);
-  for (size_t i = 0; i < nodes.size(); ++i) {
-    const MenuNode& node = nodes[i];
+  for (const MenuNode& node : nodes) {
     switch (node.kind) {
       case MenuNode::Command:
         AddCommandRow(menu, node);
@@ -145,13 +143,10 @@ void MainWindow::AddNodes(QMenu* menu, const std::vector<MenuNode>& nodes) {
         AddNodes(menu->addMenu(Text(node.text)), node.children);
         break;
       case MenuNode::RecentFiles:
-        // The rows are put in front of the next row of the menu when the list is known.
-        recentPlace_ = nullptr;
-        if (i + 1 < nodes.size() && nodes[i + 1].kind == MenuNode::Command) {
-          AddCommandRow(menu, nodes[i + 1]);
-          recentPlace_ = menu->actions().back();
-          ++i;
-        }
+        // An invisible mark where the rows go once the list is known.
+        fileMenu_ = menu;
+        recentPlace_ = menu->addAction(QString());
+        recentPlace_->setVisible(false);
         break;
     }
   }

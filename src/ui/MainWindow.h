@@ -77,7 +77,7 @@ class MainWindow : public QMainWindow, public PlatformWindow {
   Application& app_;
   QtPlatform& platform_;
   QWidget* view_ = nullptr;
-  QMenu* fileMenu_ = nullptr;
+  QMenu* fileMenu_ = nullptr;       // the menu that holds the recent files
   QAction* recentPlace_ = nullptr;  // the recent rows go before this row
   QList<QAction*> recentRows_;
   QStringList recentTexts_;  // what the recent rows show, one entry per slot
