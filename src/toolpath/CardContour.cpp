@@ -1,5 +1,7 @@
 #include "toolpath/CardContour.h"
 
+#include <cmath>
+
 #include "core/board/BoardOps.h"
 #include "toolpath/CopperPlanes.h"
 #include "toolpath/TrackNets.h"
@@ -43,8 +45,8 @@ bool DetectCardContour(CutContext& context, int layer) {
   TTrack *left = nullptr, *right = nullptr, *bottom = nullptr, *top = nullptr;
   float minX = 1.0e9f, maxX = -1.0e9f, minY = 1.0e9f, maxY = -1.0e9f;
   for (TTrack* t = board.Tracks[layer]; t; t = t->next) {
-    const bool vertical = AbsF(static_cast<float>(W(t->x2) - t->x1)) < 0.001f;
-    const bool horizontal = AbsF(static_cast<float>(W(t->y2) - t->y1)) < 0.001f;
+    const bool vertical = std::fabs(W(t->x2) - t->x1) < kFineTolerance;
+    const bool horizontal = std::fabs(W(t->y2) - t->y1) < kFineTolerance;
     if (vertical == horizontal) continue;
     if (vertical) {
       if (t->x1 < minX) minX = t->x1, left = t;
