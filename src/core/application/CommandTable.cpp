@@ -159,6 +159,12 @@ constexpr CommandInfo kContextCommands[] = {
 
 // Commands that have a handler in RunCommand.
 constexpr int kImplemented[] = {
+    cmd::Reframe,
+    cmd::FlipHorizontally,
+    cmd::FlipVertically,
+    cmd::Rotate90,
+    cmd::RotateMinus90,
+    cmd::RotatePads90,
     cmd::NewCircuit,
     cmd::AdditionalLayer,
     cmd::Drills,

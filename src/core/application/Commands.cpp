@@ -6,6 +6,7 @@
 #include "core/application/PendingCommands.h"
 #include "core/application/WindowTitle.h"
 #include "core/board/BoardOps.h"
+#include "edit/Transforms.h"
 #include "import/OpenLayer.h"
 #include "import/TDialogImport.h"
 
@@ -44,6 +45,14 @@ void EditImportScales(Application& app, int id) {
   RequestRepaint(app);
 }
 
+// An immediate command: ResetHover, the act, a repaint.
+template <typename Act>
+void Immediate(Application& app, Act act) {
+  ResetHover(app);
+  act(app.board);
+  RequestRepaint(app);
+}
+
 }  // namespace
 
 bool RunCommand(Application& app, int id) {
@@ -62,6 +71,25 @@ bool RunCommand(Application& app, int id) {
       break;
     case cmd::Drills:
       OpenLayer(app, false, kDrillLayer);
+      break;
+    case cmd::Reframe:
+      Immediate(app, [](Board& board) { ReframeBoard(board); });
+      break;
+    case cmd::FlipHorizontally:
+      Immediate(app, [](Board& board) { FlipBoard(board, true, false); });
+      break;
+    case cmd::FlipVertically:
+      Immediate(app, [](Board& board) { FlipBoard(board, false, true); });
+      break;
+    case cmd::Rotate90:
+      Immediate(app, [](Board& board) { RotatePlus(board); });
+      break;
+    case cmd::RotateMinus90:
+      Immediate(app, [](Board& board) { RotateMinus(board); });
+      break;
+    case cmd::RotatePads90:
+      // From the menu Ctrl is never held: the drill and cutout layers are left alone.
+      Immediate(app, [](Board& board) { RotatePadApertures(board, false); });
       break;
     case cmd::CloseLayer:
       CloseLayer(app);

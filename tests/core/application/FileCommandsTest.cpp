@@ -102,6 +102,32 @@ TEST(FileCommands, ImportScalesAreSavedOnOk) {
   EXPECT_FLOAT_EQ(app.settings.ImportFormat[kRowEagle].ScaleIn, 2.5f);
 }
 
+TEST(BoardCommands, FlipAndTurnEndWithARepaint) {
+  test::FakePlatform fake;
+  Application app(fake);
+  Board& b = app.board;
+  test::AddPad(b, 0, 10, 20);
+  b.LayerCount = 1;
+  b.HoverPad = b.Pads[0];
+  ASSERT_TRUE(RunCommand(app, 104));  // the toolbar's "Flip X"
+  EXPECT_FLOAT_EQ(b.Pads[0]->x, 90);
+  EXPECT_EQ(b.HoverPad, nullptr);
+  EXPECT_EQ(fake.repaints, 1);
+  ASSERT_TRUE(RunCommand(app, cmd::FlipVertically));
+  EXPECT_FLOAT_EQ(b.Pads[0]->y, 50);
+  ASSERT_TRUE(RunCommand(app, cmd::Rotate90));
+  ASSERT_TRUE(RunCommand(app, cmd::RotateMinus90));
+  EXPECT_FLOAT_EQ(b.Pads[0]->x, 90);
+  EXPECT_FLOAT_EQ(b.Pads[0]->y, 50);
+  b.PadSizeX[0][10] = 2;
+  ASSERT_TRUE(RunCommand(app, cmd::RotatePads90));
+  EXPECT_FLOAT_EQ(b.PadSizeY[0][10], 2);
+  ASSERT_TRUE(RunCommand(app, cmd::Reframe));
+  EXPECT_NEAR(b.Pads[0]->x, 2.54, 1e-4);
+  EXPECT_NEAR(b.CardWidth, 5.08, 1e-4);
+  EXPECT_EQ(fake.beeps, 0);
+}
+
 TEST(WindowTitle, NamesTheActiveLayer) {
   Board b;
   EXPECT_EQ(WindowTitle(b), "Isolith");
