@@ -27,6 +27,9 @@ struct ExportChoices {
 };
 
 struct OutputContext {
+  OutputContext(Board& b, Settings& s, ToolTable& t, TDrillList& d, Platform& p, ExportChoices& c)
+      : board(b), settings(s), tools(t), drillList(d), platform(p), choices(c) {}
+
   Board& board;
   Settings& settings;
   ToolTable& tools;
