@@ -157,48 +157,6 @@ constexpr CommandInfo kContextCommands[] = {
     {12628, "Delete contour path", "", false},
 };
 
-// Commands that have a handler in RunCommand.
-constexpr int kImplemented[] = {
-    cmd::Reframe,
-    cmd::FlipHorizontally,
-    cmd::FlipVertically,
-    cmd::Rotate90,
-    cmd::RotateMinus90,
-    cmd::RotatePads90,
-    cmd::NewCircuit,
-    cmd::AdditionalLayer,
-    cmd::Drills,
-    12421,
-    12422,
-    12423,
-    12424,
-    12425,
-    12426,
-    12427,
-    12428,
-    12429,
-    12430,
-    12021,
-    12022,
-    12023,
-    12024,
-    12025,
-    cmd::CloseLayer,
-    cmd::Information,
-    cmd::Exit,
-    cmd::DetectCopperPlanesOnOpen,
-    cmd::DetectCardContourOnOpen,
-    12301,
-    12302,
-    12303,
-    12304,
-    12305,
-    12306,
-    cmd::FinalRendering,
-    cmd::VisualGrid,
-    cmd::AutomaticReframing,
-};
-
 MenuNode Row(int id) {
   const CommandInfo* c = FindCommand(id);
   return MenuNode{MenuNode::Command, id, c ? c->text : "", "", {}};
@@ -372,10 +330,6 @@ int ToolbarCommand(int toolbarId) {
   };
   if (toolbarId < 100 || toolbarId > 136) return 0;
   return kBar[toolbarId - 100];
-}
-
-bool CommandImplemented(int id) {
-  return std::find(std::begin(kImplemented), std::end(kImplemented), id) != std::end(kImplemented);
 }
 
 bool CommandRuleAllows(int id, const Board& b, const DrawnMarks& drawn) {

@@ -1,5 +1,6 @@
 #include "core/application/Commands.h"
 
+#include "core/application/CommandHandlers.h"
 #include "core/application/ImportSteps.h"
 #include "core/application/LayerCommands.h"
 #include "core/application/LayerInformation.h"
@@ -53,14 +54,7 @@ void Immediate(Application& app, Act act) {
   RequestRepaint(app);
 }
 
-}  // namespace
-
-bool RunCommand(Application& app, int id) {
-  if (id >= 100 && id <= 136) id = ToolbarCommand(id);
-  if (!CommandEnabled(id, app) || !CommandImplemented(id)) {
-    Refuse(app);
-    return false;
-  }
+void RunFileCommand(Application& app, int id) {
   Board& b = app.board;
   switch (id) {
     case cmd::NewCircuit:
@@ -119,22 +113,62 @@ bool RunCommand(Application& app, int id) {
       RequestRepaint(app);
       break;
     default:
-      if (id >= cmd::Recent1 && id <= cmd::Recent5) {
-        ImportContext context = MakeImportContext(app);
-        OpenRecent(context, id - cmd::Recent1);
-        RequestRepaint(app, RepaintLevel::Full);
-        break;
-      }
-      if (id >= cmd::ImportScaleFirst && id <= cmd::ImportScaleLast) {
-        EditImportScales(app, id);
-        break;
-      }
-      if (id >= cmd::Layer1 && id <= cmd::Layer6) {
-        ShowLayer(app, id - cmd::Layer1);
-        break;
-      }
-      return false;  // not reached: CommandImplemented lists exactly the cases above
+      break;
   }
+}
+
+void RunRecentFile(Application& app, int id) {
+  ImportContext context = MakeImportContext(app);
+  OpenRecent(context, id - cmd::Recent1);
+  RequestRepaint(app, RepaintLevel::Full);
+}
+
+void RunShowLayer(Application& app, int id) {
+  ShowLayer(app, id - cmd::Layer1);
+}
+
+constexpr CommandHandler kFileHandlers[] = {
+    {cmd::NewCircuit, cmd::Drills, RunFileCommand},
+    {cmd::CloseLayer, cmd::Information, RunFileCommand},
+    {cmd::FlipHorizontally, cmd::RotateMinus90, RunFileCommand},
+    {cmd::Exit, cmd::Exit, RunFileCommand},
+    {cmd::Recent1, cmd::Recent5, RunRecentFile},
+    {cmd::DetectCopperPlanesOnOpen, cmd::DetectCopperPlanesOnOpen, RunFileCommand},
+    {cmd::DetectCardContourOnOpen, cmd::DetectCardContourOnOpen, RunFileCommand},
+    {cmd::RotatePads90, cmd::RotatePads90, RunFileCommand},
+    {cmd::Layer1, cmd::Layer6, RunShowLayer},
+    {cmd::FinalRendering, cmd::VisualGrid, RunFileCommand},
+    {cmd::ImportScaleFirst, cmd::ImportScaleLast, EditImportScales},
+    {cmd::AutomaticReframing, cmd::AutomaticReframing, RunFileCommand},
+    {cmd::Reframe, cmd::Reframe, RunFileCommand},
+};
+
+}  // namespace
+
+std::span<const CommandHandler> FileCommandHandlers() {
+  return kFileHandlers;
+}
+
+const CommandHandler* FindCommandHandler(int id) {
+  for (auto subject : {FileCommandHandlers, TransformCommandHandlers, ToolpathCommandHandlers,
+                       OutputCommandHandlers})
+    for (const CommandHandler& h : subject())
+      if (id >= h.first && id <= h.last) return &h;
+  return nullptr;
+}
+
+bool CommandImplemented(int id) {
+  return FindCommandHandler(id) != nullptr;
+}
+
+bool RunCommand(Application& app, int id) {
+  if (id >= 100 && id <= 136) id = ToolbarCommand(id);
+  const CommandHandler* handler = FindCommandHandler(id);
+  if (!handler || !CommandEnabled(id, app)) {
+    Refuse(app);
+    return false;
+  }
+  handler->run(app, id);
   return true;
 }
 

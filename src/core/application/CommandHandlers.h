@@ -1,0 +1,28 @@
+// Who runs which command. Each subject of the program keeps its commands in a table of its own
+// file, so that a command exists (and its menu entry is enabled by the rule) exactly when a
+// handler for it is there.
+#pragma once
+
+#include <span>
+
+#include "core/application/Application.h"
+
+namespace isolith {
+
+// Runs the commands with ids from `first` to `last`; `id` says which one.
+struct CommandHandler {
+  int first;
+  int last;
+  void (*run)(Application& app, int id);
+};
+
+// The tables, one per subject.
+std::span<const CommandHandler> FileCommandHandlers();       // files, layers, display, settings
+std::span<const CommandHandler> TransformCommandHandlers();  // dimensions, origin, scale, shift
+std::span<const CommandHandler> ToolpathCommandHandlers();   // contours, hatches, planes, card
+std::span<const CommandHandler> OutputCommandHandlers();     // save, mill, output formats
+
+// The handler of a command, or null when the command is not built.
+const CommandHandler* FindCommandHandler(int id);
+
+}  // namespace isolith

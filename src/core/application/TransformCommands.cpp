@@ -1,0 +1,10 @@
+// The transform commands of the menus.
+#include "core/application/CommandHandlers.h"
+
+namespace isolith {
+
+std::span<const CommandHandler> TransformCommandHandlers() {
+  return {};
+}
+
+}  // namespace isolith
