@@ -1,6 +1,5 @@
 // DXF words: a release AC1006 drawing whose entities are the feed lines, the drilled circles
 // and the spots of the job, coloured by tool. Rapid moves leave no trace.
-#include <cmath>
 #include <cstdio>
 #include <initializer_list>
 
@@ -11,31 +10,35 @@ namespace isolith {
 
 namespace {
 
-// One line type of the table: the element lengths are in drawing inches, written in the tiny
-// units the old drawing scale gives them.
+// One line type of the table: its picture and its element lengths in the tiny units of the
+// drawing's line-type scale, as written.
 struct LineType {
   const char* name;
   const char* picture;
-  std::initializer_list<double> elements;
+  const char* total;
+  std::initializer_list<const char*> elements;
 };
 
-constexpr double kLineTypeUnit = 1.0 / 254000.0;
-
 const LineType kLineTypes[] = {
-    {"CONTINUOUS", "Solid line", {}},
-    {"DASHED", "__ __ __ __ __ __ __ __ __ __ __ __ __ __ __", {0.5, -0.25}},
-    {"HIDDEN", "_ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _", {0.25, -0.125}},
-    {"CENTER", "____ _ ____ _ ____ _ ____ _ ____ _ ____ _ ____", {1.25, -0.25, 0.25, -0.25}},
-    {"PHANTOM",
-     "_____ _ _ _____ _ _ _____ _ _ _____ _ _ _____",
-     {1.25, -0.25, 0.25, -0.25, 0.25, -0.25}},
-    {"DOT", ". . . . . . . . . . . . . . . . . . . . . . . . . . . .", {0, -0.25}},
-    {"DASHDOT", "__ . __ . __ . __ . __ . __ . __ . __ . __ . __", {0.5, -0.25, 0, -0.25}},
-    {"BORDER",
-     "__ __ . __ __ . __ __ . __ __ . __ __ . __ __ .",
-     {0.5, -0.25, 0.5, -0.25, 0, -0.25}},
-    {"DIVIDE", "__ . . __ . . __ . . __ . . __ . . __ . . __", {0.5, -0.25, 0, -0.25, 0, -0.25}},
-    {"DOTDOT", ".. .. .. .. .. .. .. .. .. .. .. .. .. .. .. ..", {0, -0.125, 0, -0.25}},
+    {"CONTINUOUS", "Solid line", "0.000000", {}},
+    {"DASHED", "__ __ __ __ __ __ __ __ __ __ __ __ __ __ __", "0.000003",
+     {"0.000002", "-0.000001"}},
+    {"HIDDEN", "_ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _ _", "0.000002",
+     {"0.000001", "-0.000001"}},
+    {"CENTER", "____ _ ____ _ ____ _ ____ _ ____ _ ____ _ ____", "0.000008",
+     {"0.000005", "-0.000001", "0.000001", "-0.000001"}},
+    {"PHANTOM", "_____ _ _ _____ _ _ _____ _ _ _____ _ _ _____", "0.000010",
+     {"0.000005", "-0.000001", "0.000001", "-0.000001", "0.000001", "-0.000001"}},
+    {"DOT", ". . . . . . . . . . . . . . . . . . . . . . . . . . . .", "0.000001",
+     {"0.000000", "-0.000001"}},
+    {"DASHDOT", "__ . __ . __ . __ . __ . __ . __ . __ . __ . __", "0.000004",
+     {"0.000002", "-0.000001", "0.000000", "-0.000001"}},
+    {"BORDER", "__ __ . __ __ . __ __ . __ __ . __ __ . __ __ .", "0.000007",
+     {"0.000002", "-0.000001", "0.000002", "-0.000001", "0.000000", "-0.000001"}},
+    {"DIVIDE", "__ . . __ . . __ . . __ . . __ . . __ . . __", "0.000005",
+     {"0.000002", "-0.000001", "0.000000", "-0.000001", "0.000000", "-0.000001"}},
+    {"DOTDOT", ".. .. .. .. .. .. .. .. .. .. .. .. .. .. .. ..", "0.000002",
+     {"0.000000", "-0.000001", "0.000000", "-0.000001"}},
 };
 
 std::string Value(double v) {
@@ -49,14 +52,12 @@ std::string Count3(int n) {
 }
 
 void WriteLineType(TOutputState& s, const LineType& type) {
-  double total = 0;
-  for (double e : type.elements) total += std::fabs(e);
   WriteLine(s, std::string("  0\nLTYPE\n  2\n") + type.name + "\n 70\n 64\n  3\n" + type.picture +
                    "\n 72\n 65\n 73\n" + Count3(static_cast<int>(type.elements.size())) +
-                   "\n 40\n" + Fixed(total * kLineTypeUnit, 6));
-  for (double e : type.elements) {
+                   "\n 40\n" + type.total);
+  for (const char* length : type.elements) {
     WriteLine(s, " 49");
-    WriteLine(s, Fixed(e * kLineTypeUnit, 6));
+    WriteLine(s, length);
   }
 }
 
