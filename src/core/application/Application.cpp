@@ -29,7 +29,12 @@ void InitSettings(Application& app, int screenWidth, int screenHeight) {
   if (!app.ConfigFolder.empty()) {
     // The file is read and written back as it stands; the run's overrides come after, so they
     // never reach it.
-    StartSettings(app.ConfigFolder, kSettingsBaseName, s, LayerZeroApertures(app.board));
+    if (!StartSettings(app.ConfigFolder, kSettingsBaseName, s, LayerZeroApertures(app.board))) {
+      // A first run has just written the file: it reads it back at once, so that it holds what
+      // every later run will read (the reader changes a few values on the way, on purpose).
+      ReadSettings(app.ConfigFolder, kSettingsBaseName, s, LayerZeroApertures(app.board));
+      WriteSettings(app.ConfigFolder, kSettingsBaseName, s, LayerZeroApertures(app.board));
+    }
     app.overrides.Apply(s);
     ReadToolLibrary(app.tools, app.ConfigFolder);
   } else {
