@@ -42,8 +42,8 @@ TEST_P(SmallJobFiles, MatchHandCheckedFile) {
   BuildSmallJob(w);
   w.settings.ExportArcs = job.arcs;
   const std::string path = w.Path("job.out");
-  ASSERT_TRUE(ExportLayerWalk(w.context, job.format, path, 0, true, true, true, 0, 0, 2, true,
-                              true));
+  ASSERT_TRUE(
+      ExportLayerWalk(w.context, job.format, path, 0, true, true, true, 0, 0, 2, true, true));
   std::string expected = ReadFile(std::string(ISOLITH_TEST_DATA) + "/" + job.expected);
   // The files name the output path, which differs from run to run.
   for (std::size_t at; (at = expected.find("<path>")) != std::string::npos;)
