@@ -8,31 +8,14 @@
 #include <vector>
 
 #include "OutputWorld.h"
+#include "WalkTestSupport.h"
 #include "output/driver/LayerWalk.h"
 
 namespace isolith::test {
 namespace {
 
-std::vector<std::string> Lines(const std::string& text) {
-  std::vector<std::string> lines;
-  std::size_t start = 0;
-  for (std::size_t at; (at = text.find("\r\n", start)) != std::string::npos; start = at + 2)
-    lines.push_back(text.substr(start, at - start));
-  return lines;
-}
-
-// The moves of an ISO file: rapids in the plane and feeds, without the speed words.
 std::vector<std::string> Moves(const std::string& text) {
-  std::vector<std::string> moves;
-  for (std::string line : Lines(text)) {
-    if (line.rfind("G00 X", 0) != 0 && line.rfind("G00 Y", 0) != 0 && line.rfind("G01", 0) != 0)
-      continue;
-    if (line.find(" Z") != std::string::npos) continue;
-    const std::size_t f = line.find(" F");
-    if (f != std::string::npos) line.erase(f, line.find(' ', f + 1) - f);
-    moves.push_back(line);
-  }
-  return moves;
+  return IsoMoves(text);
 }
 
 std::string WriteIso(OutputWorld& w, int sequence, bool optim = true, int layer = 0) {
