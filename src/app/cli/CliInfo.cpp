@@ -48,7 +48,15 @@ std::string JobInfoText(const Board& b) {
   return out;
 }
 
-nlohmann::json JobInfoJson(const Board& b) {
+nlohmann::json JobInfoJson(const Board& b, const std::vector<LoadedFile>& loaded) {
+  auto contourTaken = [&](int layer) {
+    for (const LoadedFile& f : loaded)
+      if (f.layer == layer && f.cardContour) return true;
+    return false;
+  };
+  nlohmann::json files = nlohmann::json::array();
+  for (const LoadedFile& f : loaded)
+    files.push_back({{"file", f.path}, {"layer", f.layer}, {"cardContour", f.cardContour}});
   nlohmann::json layers = nlohmann::json::array();
   for (int layer = 0; layer < kCircuitLayers; ++layer) {
     if (!InUse(b, layer)) continue;
@@ -58,7 +66,8 @@ nlohmann::json JobInfoJson(const Board& b) {
                       {"tracks", CountOf(b.Tracks[layer])},
                       {"contours", CountOf(b.Contours[layer])},
                       {"hatches", CountOf(b.Hatches[layer])},
-                      {"overlap", PadOverlap(b, layer)}});
+                      {"overlap", PadOverlap(b, layer)},
+                      {"cardContour", contourTaken(layer)}});
   }
   return {{"card",
            {{"width", FloatValue(b.CardWidth)},
@@ -67,7 +76,9 @@ nlohmann::json JobInfoJson(const Board& b) {
           {"origin", {{"x", FloatValue(b.OriginX)}, {"y", FloatValue(b.OriginY)}}},
           {"layers", layers},
           {"drills", CountOf(b.Drills)},
-          {"cutouts", CountOf(b.Cutouts)}};
+          {"drillOverlap", PadOverlap(b, kDrillLayer)},
+          {"cutouts", CountOf(b.Cutouts)},
+          {"files", files}};
 }
 
 }  // namespace isolith

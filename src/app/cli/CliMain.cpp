@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "cli/CliInfo.h"
+#include "cli/CliJob.h"
 #include "core/application/Application.h"
 #include "core/application/Startup.h"
 #include "core/platform/ConsolePlatform.h"
@@ -21,6 +22,7 @@ struct CliRequest {
   SettingsOverrides overrides;
   std::string command;
   bool json = false;
+  JobArguments job;
 };
 
 int UsageError(std::ostream& err, const std::string& message) {
@@ -73,18 +75,23 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
   if (request.command != "settings" && request.command != "info")
     return UsageError(err, "unknown command '" + request.command + "'");
   for (; i < args.size(); ++i) {
-    if (request.command == "info" && args[i] == "--json")
+    if (request.command == "settings")
+      return UsageError(err, "unexpected word '" + args[i] + "' after settings");
+    std::string error;
+    if (args[i] == "--json")
       request.json = true;
-    else
-      return UsageError(err, "unexpected word '" + args[i] + "' after " + request.command);
+    else if (!ParseJobWord(args, i, request.job, false, error))
+      return UsageError(err, error);
   }
+  if (!request.job.drillFile.empty() && request.job.layerFiles.empty())
+    return UsageError(err, "--drills needs a layer file to align the holes on");
   return -1;
 }
 
 }  // namespace
 
 const char* CliUsage() {
-  return "Usage: isolith-cli [--config DIR] [--set Key=Value]... COMMAND\n"
+  return "Usage: isolith-cli [--config DIR] [--set Key=Value]... COMMAND [ARGS]\n"
          "\n"
          "Options:\n"
          "  --config DIR      folder of Isolith.ini, Isolith.too and Isolith.ppf\n"
@@ -96,7 +103,12 @@ const char* CliUsage() {
          "\n"
          "Commands:\n"
          "  settings          print the settings in force, as Isolith.ini holds them\n"
-         "  info [--json]     print the job: card, origin, layers, drills and cutouts\n";
+         "  info [--json] [--dialect NAME] [LAYER-FILE...] [--drills FILE]\n"
+         "                    read the files as New circuit, Additional layer and Drills...\n"
+         "                    do, and print the job: card, origin, layers, drills, cutouts\n"
+         "\n"
+         "Dialects: gerber, ares, eagle, orcad, osmond, pads, pcb-wizard, protel, wintypon\n"
+         "(by default the extension of each file chooses, as on the desktop command line).\n";
 }
 
 int CliMain(const std::vector<std::string>& args, const std::string& programFolder,
@@ -118,11 +130,15 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
 
   if (request.command == "settings") {
     out << FormatSettings(app.settings, LayerZeroApertures(app.board));
-  } else if (request.json) {
-    out << JobInfoJson(app.board).dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
-        << "\n";
   } else {
-    out << JobInfoText(app.board);
+    std::vector<LoadedFile> loaded;
+    if (!LoadJob(app, request.job, loaded)) return kCliFailed;
+    if (request.json)
+      out << JobInfoJson(app.board, loaded)
+                 .dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
+          << "\n";
+    else
+      out << JobInfoText(app.board);
   }
   out.flush();
   return out ? kCliOk : kCliFailed;

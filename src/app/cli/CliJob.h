@@ -1,0 +1,44 @@
+// The job of a command-line run: the layer files and the drill file, read through the same
+// load flows as the desktop's "New circuit", "Additional layer" and "Drills...".
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "core/application/Application.h"
+
+namespace isolith {
+
+// What the command line says about the job.
+struct JobArguments {
+  std::string dialect;                  // --dialect NAME, empty to go by the extensions
+  std::vector<std::string> layerFiles;  // the first opens as a new circuit, the others as layers
+  std::string drillFile;                // --drills FILE
+  bool contours = false;                // --contours
+  bool hatches = false;                 // --hatches
+};
+
+// What became of one file.
+struct LoadedFile {
+  std::string path;
+  int layer = -1;            // where it went; -1 when it was refused
+  bool cardContour = false;  // a card contour was taken from it at load
+};
+
+// The layer format of a dialect name ("gerber", "ares", "eagle", "orcad", "osmond", "pads",
+// "pcb-wizard", "protel", "wintypon"); 0 for an unknown name.
+int DialectFormat(const std::string& name);
+// The dialect names, for messages.
+const char* DialectNames();
+
+// Takes one job word at args[i] (advancing i past a value); false with `error` set when the word
+// is not a job word or its value is missing or wrong.
+bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments& job,
+                  bool allowToolpaths, std::string& error);
+
+// Reads the files in order; false as soon as one is refused (its message went through the
+// platform). `loaded` tells what became of each file read.
+bool LoadJob(Application& app, const JobArguments& job, std::vector<LoadedFile>& loaded);
+
+}  // namespace isolith
