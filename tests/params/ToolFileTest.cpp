@@ -71,6 +71,10 @@ TEST_F(ToolFileTest, StarterLibraryReadsAndWritesBackUnchanged) {
     EXPECT_NE(t.AbsDrillSpeed, 0) << name;
   }
   EXPECT_EQ(vbits, 1);
+  // Tool #1 is a drill: the settings reader always selects a single drilling tool (a stored
+  // "none" reads as tool 1), so the first slot must be one that can drill.
+  EXPECT_TRUE(ToolName(tools[0]).starts_with("Drill"));
+  EXPECT_EQ(tools[0].Profile, kProfileCylindrical);
   EXPECT_GE(mills, 2);
   EXPECT_EQ(cutters, 1);
   EXPECT_GE(drills, 5);

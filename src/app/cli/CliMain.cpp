@@ -6,8 +6,11 @@
 #include "cli/CliJob.h"
 #include "core/application/Application.h"
 #include "core/application/Startup.h"
+#include "core/application/ToolpathCommands.h"
 #include "core/platform/ConsolePlatform.h"
+#include "output/BoardSvg.h"
 #include "params/Settings.h"
+#include "params/SettingsFile.h"
 #include "params/SettingsOverrides.h"
 
 namespace isolith {
@@ -23,6 +26,7 @@ struct CliRequest {
   std::string command;
   bool json = false;
   JobArguments job;
+  std::string outputPath;  // -o FILE of "render"
 };
 
 int UsageError(std::ostream& err, const std::string& message) {
@@ -72,19 +76,26 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
   }
   if (i == args.size()) return UsageError(err, "no command given");
   request.command = args[i++];
-  if (request.command != "settings" && request.command != "info")
+  const bool jobCommand = request.command == "info" || request.command == "render";
+  if (request.command != "settings" && !jobCommand)
     return UsageError(err, "unknown command '" + request.command + "'");
   for (; i < args.size(); ++i) {
-    if (request.command == "settings")
-      return UsageError(err, "unexpected word '" + args[i] + "' after settings");
+    if (!jobCommand)
+      return UsageError(err, "unexpected word '" + args[i] + "' after " + request.command);
     std::string error;
-    if (args[i] == "--json")
+    if (request.command == "info" && args[i] == "--json") {
       request.json = true;
-    else if (!ParseJobWord(args, i, request.job, false, error))
+    } else if (request.command == "render" && (args[i] == "-o" || args[i] == "--output")) {
+      if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
+      request.outputPath = args[++i];
+    } else if (!ParseJobWord(args, i, request.job, true, error)) {
       return UsageError(err, error);
+    }
   }
   if (!request.job.drillFile.empty() && request.job.layerFiles.empty())
     return UsageError(err, "--drills needs a layer file to align the holes on");
+  if (request.command == "render" && request.outputPath.empty())
+    return UsageError(err, "render needs -o OUT.svg");
   return -1;
 }
 
@@ -103,9 +114,15 @@ const char* CliUsage() {
          "\n"
          "Commands:\n"
          "  settings          print the settings in force, as Isolith.ini holds them\n"
-         "  info [--json] [--dialect NAME] [LAYER-FILE...] [--drills FILE]\n"
-         "                    read the files as New circuit, Additional layer and Drills...\n"
-         "                    do, and print the job: card, origin, layers, drills, cutouts\n"
+         "  info [--json] [JOB]\n"
+         "                    print the job: card, origin, layers, drills, cutouts\n"
+         "  render [JOB] -o OUT.svg\n"
+         "                    write the job as an SVG picture (card mm, X right, Y up)\n"
+         "\n"
+         "JOB: [--dialect NAME] [--contours] [--hatches] LAYER-FILE... [--drills FILE]\n"
+         "  the first file opens as New circuit, the others as Additional layer, the drill\n"
+         "  file as Drills...; --contours and --hatches calculate them on every circuit\n"
+         "  layer with copper, as the commands do with \"Apply to all layers\".\n"
          "\n"
          "Dialects: gerber, ares, eagle, orcad, osmond, pads, pcb-wizard, protel, wintypon\n"
          "(by default the extension of each file chooses, as on the desktop command line).\n";
@@ -133,12 +150,26 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
   } else {
     std::vector<LoadedFile> loaded;
     if (!LoadJob(app, request.job, loaded)) return kCliFailed;
-    if (request.json)
+    if (request.job.contours && !CalculateContoursOnAllLayers(app)) {
+      err << kName << ": no contours could be calculated\n";
+      return kCliFailed;
+    }
+    if (request.job.hatches && !CalculateHatchesOnAllLayers(app)) {
+      err << kName << ": no hatches could be calculated\n";
+      return kCliFailed;
+    }
+    if (request.command == "render") {
+      if (!WriteFileAtomically(request.outputPath, BoardToSvg(app.board))) {
+        err << kName << ": unable to write '" << request.outputPath << "'\n";
+        return kCliFailed;
+      }
+    } else if (request.json) {
       out << JobInfoJson(app.board, loaded)
                  .dump(2, ' ', false, nlohmann::json::error_handler_t::replace)
           << "\n";
-    else
+    } else {
       out << JobInfoText(app.board);
+    }
   }
   out.flush();
   return out ? kCliOk : kCliFailed;
