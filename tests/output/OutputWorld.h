@@ -43,6 +43,14 @@ inline TDrill* AddDrill(Board& b, float x, float y, uint8_t code) {
   return d;
 }
 
+inline TPad* AddPad(Board& b, int layer = 0, float x = 1, float y = 1) {
+  TPad* p = new TPad;
+  p->x = x, p->y = y;
+  TPad* tail = nullptr;
+  AppendTo(b.Pads[layer], tail, p);
+  return p;
+}
+
 inline std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream in(path, std::ios::binary);
   std::ostringstream text;
