@@ -191,7 +191,6 @@ bool WriteMachineJob(OutputContext& context, const std::string& path) {
   EnsureDrillList(context);
   if (!settings.MachineSetSeq) return ExportFile(context, path, settings.MachineFormat, true);
 
-  TurnContoursPositive(context.board);
   TDialogMillLayers sections(context);
   if (!context.platform.RunDialog(sections)) return false;
   SaveSettings(context);

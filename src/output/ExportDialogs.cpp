@@ -65,8 +65,7 @@ TDialogExport::TDialogExport(Settings& settings, ExportChoices& choices, int for
       editInViewer(choices.editInViewer),
       settings_(settings),
       choices_(choices),
-      format_(format),
-      separator_(separator) {
+      format_(format) {
   scale = FormatFieldFloat(ScaleOutOf(settings, format), 3, separator);
   clearHeight = FormatFieldFloat(settings.ExportClearHeight, 3, separator);
   clearSpeed = FormatSpeedField(settings.ExportClearSpeed, settings.SpeedUnit, separator);
@@ -108,7 +107,6 @@ bool TDialogExport::Accept(Platform& platform) {
   if (bool* flip = FlipZSetting(settings_, format_)) *flip = flipZ;
   settings_.ExportSpeeds = speeds;
   choices_.editInViewer = editInViewer;
-  (void)separator_;
   return true;
 }
 

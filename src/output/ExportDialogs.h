@@ -41,7 +41,6 @@ class TDialogExport : public DialogForm {
   Settings& settings_;
   ExportChoices& choices_;
   int format_;
-  char separator_;
 };
 
 // "File export" (dialog 14046): what the layer walk writes and in which order.

@@ -23,8 +23,9 @@ inline constexpr int kSectionCutting = 18;
 inline constexpr float kPlotterVariantDepth = 0.25f;
 
 // Writes the sections of `MultiSequence` / `MultiMirror` in `format` to `path` (the save dialog
-// asks when it is empty). True when the whole file was written; otherwise the previous file
-// stands as it was.
+// asks when it is empty). Right after the header every contour is turned to a non-negative
+// turning sum; nothing else is re-oriented. True when the whole file was written; otherwise the
+// previous file stands as it was.
 bool SectionWalk(OutputContext& context, const std::string& path, int format);
 
 }  // namespace isolith
