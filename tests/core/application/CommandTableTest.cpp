@@ -145,7 +145,7 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_FALSE(CommandImplemented(cmd::Save));
   EXPECT_FALSE(CommandEnabled(cmd::Save, b, drawn));
   EXPECT_FALSE(CommandEnabled(cmd::ThermalPad, b, drawn));
-  EXPECT_FALSE(CommandEnabled(cmd::Dimensions, b, drawn));
+  EXPECT_TRUE(CommandEnabled(cmd::Dimensions, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Reframe, b, drawn));
   // An id foreign to the program is enabled, except while a reader runs.
   EXPECT_TRUE(CommandEnabled(4711, b, drawn));
