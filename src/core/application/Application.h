@@ -6,12 +6,14 @@
 #include <string>
 
 #include "core/application/CommandTable.h"
+#include "core/application/ToolpathSession.h"
 #include "core/board/Board.h"
 #include "core/platform/Platform.h"
 #include "import/OpenExcellon.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
+#include "toolpath/DrillList.h"
 
 namespace isolith {
 
@@ -52,6 +54,10 @@ class Application {
 
   // The "Excellon import" choices, kept from one drill load to the next.
   ExcellonChoices excellonChoices;
+
+  // The drill rows and their tools, rebuilt after every load; the toolpath choices of the run.
+  TDrillList drillList;
+  ToolpathSession toolpath;
 
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;

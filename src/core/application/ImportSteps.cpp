@@ -4,6 +4,7 @@
 #include "edit/Transforms.h"
 #include "toolpath/CardContour.h"
 #include "toolpath/CopperPlanes.h"
+#include "toolpath/DrillList.h"
 
 namespace isolith {
 
@@ -26,6 +27,9 @@ ImportContext MakeImportContext(Application& app) {
     CutContext cut{app.board, app.platform, app.settings, app.tools,
                    !(app.AutoStart || app.AutoMill)};
     return DetectCardContour(cut, layer) && !LayerHasContent(app.board, layer);
+  };
+  steps.rebuildDrillTable = [&app] {
+    BuildDrillList(app.drillList, app.board, app.settings, app.tools);
   };
   return context;
 }

@@ -7,6 +7,8 @@
 #include "core/application/Commands.h"
 #include "core/application/ConfigFolder.h"
 #include "core/application/ImportSteps.h"
+#include "core/application/ToolpathCommands.h"
+#include "core/board/BoardOps.h"
 
 namespace isolith {
 
@@ -42,8 +44,13 @@ void RunFirstShow(Application& app) {
     OpenGerberFile(context, app.StartFile, 0);
     RequestRepaint(app, RepaintLevel::Full);
   }
-  // The AUTOSTART and AUTOMILL steps (contours without their dialog, then "Mill" confirmed)
-  // join here with the contour command and the output.
+  // AUTOSTART and AUTOMILL: the contours of what was read, without their dialog (the command
+  // leaves the dialog out while either word is in force).
+  if ((app.AutoStart || app.AutoMill) && CountLayers(app.board) != 0) {
+    CalculateContoursCommand(app);
+  }
+  // AUTOMILL, second step: with contours on layer 0, "Mill" runs here with its dialog confirmed
+  // by itself. It joins with the output commands.
   ResetHover(app);
   app.AutoStart = false;
   app.AutoMill = false;

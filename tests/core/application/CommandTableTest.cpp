@@ -147,6 +147,13 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_FALSE(CommandEnabled(cmd::ThermalPad, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Dimensions, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Reframe, b, drawn));
+  // The toolpath commands are built: their rule alone decides.
+  EXPECT_TRUE(CommandEnabled(cmd::CalculateContours, b, drawn));
+  EXPECT_FALSE(CommandEnabled(cmd::CalculateHatches, b, drawn));  // no contours yet
+  EXPECT_FALSE(CommandEnabled(cmd::ListOfDrills, b, drawn));      // no drills
+  EXPECT_TRUE(CommandEnabled(cmd::AutoDetectCardContour, b, drawn));
+  EXPECT_TRUE(CommandEnabled(cmd::ToolLibrary, b, drawn));
+  EXPECT_TRUE(CommandEnabled(cmd::SelectedTools, b, drawn));
   // An id foreign to the program is enabled, except while a reader runs.
   EXPECT_TRUE(CommandEnabled(4711, b, drawn));
   b.Busy = true;
