@@ -1,10 +1,16 @@
 #include "cli/CliJob.h"
 
+#include <fstream>
+#include <initializer_list>
+
 #include "core/application/CommandLine.h"
 #include "core/application/ImportSteps.h"
 #include "core/board/BoardOps.h"
+#include "import/ExcellonHeader.h"
+#include "import/ExcellonReader.h"
 #include "import/OpenExcellon.h"
 #include "import/OpenGerber.h"
+#include "params/SettingsFormats.h"
 
 namespace isolith {
 
@@ -32,6 +38,88 @@ int FreeCircuitLayer(const Board& b) {
 // The load flows open a file silently when it cannot be opened; a script needs to know.
 void CannotOpen(Application& app, const std::string& path) {
   app.platform.ShowMessage("Error", "Unable to open file. ''" + path + "''", MessageIcon::Error);
+}
+
+// The value of a drill answer word: its index in `words`, -1 when it is none of them.
+int AnswerIndex(const std::string& value, std::initializer_list<const char*> words) {
+  int index = 0;
+  for (const char* w : words) {
+    if (value == w) return index;
+    ++index;
+  }
+  return -1;
+}
+
+bool ParseDrillAnswer(const std::string& word, const std::string& value, DrillAnswers& answers,
+                      std::string& error) {
+  using From = DrillAnswers::From;
+  auto wrong = [&](const char* choices) {
+    error = word + " takes " + choices + ", not '" + value + "'";
+    return false;
+  };
+  if (word == "--drill-zeros") {
+    const int i = AnswerIndex(value, {"leading", "trailing", "auto"});
+    if (i < 0) return wrong("leading, trailing or auto");
+    answers.zerosFrom = i == 2 ? From::Header : From::Given;
+    answers.zeros = i == 1 ? kExcellonBasicCoordinates : kExcellonNoTrailingZeros;
+    return true;
+  }
+  if (word == "--drill-units") {
+    const int i = AnswerIndex(value, {"inch", "metric", "auto"});
+    if (i < 0) return wrong("inch, metric or auto");
+    answers.unitsFrom = i == 2 ? From::Header : From::Given;
+    answers.metric = i == 1;
+    return true;
+  }
+  const int i = AnswerIndex(value, {"absolute", "incremental"});
+  if (i < 0) return wrong("absolute or incremental");
+  answers.relative = i == 1;
+  return true;
+}
+
+// One more setting for this run only, kept off the settings file as a --set is: the overrides
+// are applied again, with this one added, over the values the file gave.
+void OverrideForRun(Application& app, const char* key, const std::string& value) {
+  Settings fileValues = app.overrides.ForFile(app.settings);
+  std::string error;
+  if (!app.overrides.Add(key, value, error)) return;
+  app.overrides.Apply(fileValues);
+  app.settings = fileValues;
+}
+
+// Gives the person's answers before the drill file is read. The zero answer is what the open
+// dialog's row sets (the load takes it afresh from DrillImportFormat); units and co-ordinates
+// are the dialog's own choices, which start from the stored defaults as the load would take
+// them. An "auto" answer whose header says nothing leaves the program's own.
+void GiveDrillAnswers(Application& app, const JobArguments& job) {
+  using From = DrillAnswers::From;
+  const DrillAnswers& given = job.drillAnswers;
+  ExcellonHeader header;
+  if (given.zerosFrom == From::Header || given.unitsFrom == From::Header) {
+    std::ifstream file(job.drillFile, std::ios::binary);
+    if (file) header = ReadExcellonHeader(file);
+  }
+
+  std::optional<int> zeros;
+  if (given.zerosFrom == From::Given) zeros = given.zeros;
+  if (given.zerosFrom == From::Header) zeros = ZeroSuppressionAnswer(header);
+  if (zeros && *zeros != app.settings.DrillImportFormat)
+    OverrideForRun(app, "DrillImportFormat", ImportFormatName(*zeros, kFormatExcellon1));
+
+  std::optional<bool> metric;
+  if (given.unitsFrom == From::Given) metric = given.metric;
+  if (given.unitsFrom == From::Header) metric = MetricAnswer(header);
+  if (!metric && !given.relative) return;
+  ExcellonChoices& choices = app.excellonChoices;
+  if (!choices.ready) {
+    choices.ready = true;
+    choices.relative = app.settings.ExlRelative;
+    choices.metric = app.settings.ExlMetric;
+    choices.digitSet = app.settings.ExlDigitSet;
+    choices.digits = app.settings.ExlDigits;
+  }
+  if (metric) choices.metric = *metric;
+  if (given.relative) choices.relative = *given.relative;
 }
 
 }  // namespace
@@ -69,6 +157,11 @@ bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments&
     if (!value(job.drillFile)) return false;
     return true;
   }
+  if (word == "--drill-zeros" || word == "--drill-units" || word == "--drill-coordinates") {
+    std::string answer;
+    if (!value(answer)) return false;
+    return ParseDrillAnswer(word, answer, job.drillAnswers, error);
+  }
   if (allowToolpaths && word == "--contours") return job.contours = true;
   if (allowToolpaths && word == "--hatches") return job.hatches = job.contours = true;
   if (!word.empty() && word[0] == '-') {
@@ -81,6 +174,8 @@ bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments&
 
 bool LoadJob(Application& app, const JobArguments& job, std::vector<LoadedFile>& loaded) {
   Board& b = app.board;
+  // Before anything is read, so that the run's overrides are still those of its start.
+  if (!job.drillFile.empty()) GiveDrillAnswers(app, job);
   ImportContext context = MakeImportContext(app);
   for (size_t n = 0; n < job.layerFiles.size(); ++n) {
     const std::string& path = job.layerFiles[n];

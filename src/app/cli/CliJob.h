@@ -2,6 +2,7 @@
 // load flows as the desktop's "New circuit", "Additional layer" and "Drills...".
 #pragma once
 
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -10,6 +11,23 @@
 
 namespace isolith {
 
+// The answers a person gives in the "Excellon import" dialog, given on the command line for the
+// drill file of this run (the desktop asks; the command line has nobody to ask). An answer left
+// out keeps the program's own: the stored drill format and the stored dialog defaults. Nothing
+// of them is ever written to the settings file.
+struct DrillAnswers {
+  enum class From { Stored, Given, Header };
+  // "Zero suppression :": --drill-zeros leading (format 17, numbers left-justified in six
+  // digits), trailing (format 18, numbers as written) or auto (the header's ",LZ" or ",TZ").
+  From zerosFrom = From::Stored;
+  int zeros = 17;
+  // "Units :": --drill-units inch, metric, or auto (the header's own unit word decides).
+  From unitsFrom = From::Stored;
+  bool metric = false;
+  // "Co-ordinates :": --drill-coordinates absolute or incremental.
+  std::optional<bool> relative;
+};
+
 // What the command line says about the job.
 struct JobArguments {
   std::string dialect;                  // --dialect NAME, empty to go by the extensions
@@ -17,6 +35,7 @@ struct JobArguments {
   std::string drillFile;                // --drills FILE
   bool contours = false;                // --contours
   bool hatches = false;                 // --hatches
+  DrillAnswers drillAnswers;            // --drill-zeros, --drill-units, --drill-coordinates
 };
 
 // What became of one file.
@@ -38,7 +57,9 @@ bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments&
                   bool allowToolpaths, std::string& error);
 
 // Reads the files in order; false as soon as one is refused (its message went through the
-// platform). `loaded` tells what became of each file read.
+// platform). `loaded` tells what became of each file read. The drill answers stand for the drill
+// file of this run only: the zero answer overrides DrillImportFormat as a --set does, the others
+// go into the application's dialog choices.
 bool LoadJob(Application& app, const JobArguments& job, std::vector<LoadedFile>& loaded);
 
 }  // namespace isolith
