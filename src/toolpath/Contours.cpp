@@ -305,7 +305,9 @@ void MoveStartToSharpestCorner(TPolygon* list) {
         cornerPrev = prev;
       }
     }
-    if (!corner) continue;
+    // A corner on the first inner vertex stays where it is: its predecessor is the vertex that
+    // the move frees.
+    if (!corner || corner == first->next) continue;
     TXY* beforeLast = PreviousPoint(*p, last);
     TXY* second = first->next;
     const double joint = double(AbsF(TurnAngle(beforeLast->x, beforeLast->y, last->x, last->y,

@@ -155,6 +155,30 @@ TEST(Contours, NothingToDoLeavesNoContours) {
   EXPECT_EQ(b.Contours[0], nullptr);
 }
 
+TEST(Contours, StartMovesToTheSharpestCornerOnlyPastTheFirstInnerVertex) {
+  auto path = [](std::initializer_list<std::pair<float, float>> pts) {
+    auto* p = new TPolygon;
+    for (auto [x, y] : pts) AppendPoint(*p, x, y);
+    return p;
+  };
+  // The sharpest turn (the spike at (2, 5)) is the third vertex: the path starts there, keeps
+  // its direction, and ends on a copy of it.
+  TPolygon* a = path({{0, 0}, {2, 0}, {2, 5}, {2.5f, 0}, {4, 0}, {4, 1}, {0, 1}, {0, 0}});
+  // The same spike on the first inner vertex leaves the path as it was (and, above all, whole).
+  TPolygon* b = path({{2, 0}, {2, 5}, {2.5f, 0}, {4, 0}, {4, 1}, {0, 1}, {0, 0}, {2, 0}});
+  a->next = b;
+  MoveStartToSharpestCorner(a);
+  EXPECT_EQ(a->first->x, 2);
+  EXPECT_EQ(a->first->y, 5);
+  EXPECT_EQ(CountPoints(*a), 8);
+  EXPECT_EQ(LastPoint(*a)->y, 5);
+  EXPECT_EQ(a->first->next->x, 2.5f);
+  EXPECT_EQ(b->first->x, 2);
+  EXPECT_EQ(b->first->y, 0);
+  EXPECT_EQ(CountPoints(*b), 8);
+  FreePolygons(a);
+}
+
 TEST(ContourDraft, ShapesAndThermalGaps) {
   Board b;
   b.PadShape[0][1] = kShapeRectangle;
