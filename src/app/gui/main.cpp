@@ -14,6 +14,7 @@
 #include "core/application/Startup.h"
 #include "ui/MainWindow.h"
 #include "ui/QtPlatform.h"
+#include "ui/dialogs/DialogViews.h"
 #include "ui/SingleInstance.h"
 
 namespace {
@@ -50,6 +51,7 @@ int main(int argc, char* argv[]) {
 
   // The platform's clock starts here: the start tick of the run.
   isolith::QtPlatform platform;
+  isolith::RegisterDialogViews(platform);
 
   // A second start hands over to the first window and ends.
   isolith::SingleInstance instance(

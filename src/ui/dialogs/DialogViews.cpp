@@ -1,0 +1,10 @@
+#include "ui/dialogs/DialogViews.h"
+
+namespace isolith {
+
+void RegisterDialogViews(QtPlatform& platform) {
+  RegisterParameterViews(platform);
+  RegisterToolpathViews(platform);
+}
+
+}  // namespace isolith

@@ -1,0 +1,7 @@
+#include "ui/dialogs/DialogViews.h"
+
+namespace isolith {
+
+void RegisterParameterViews(QtPlatform&) {}
+
+}  // namespace isolith
