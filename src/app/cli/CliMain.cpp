@@ -5,12 +5,16 @@
 #include "cli/CliInfo.h"
 #include "cli/CliJob.h"
 #include "core/application/Application.h"
+#include "core/application/OutputCommands.h"
 #include "core/application/Startup.h"
 #include "core/application/ToolpathCommands.h"
+#include "core/board/BoardOps.h"
 #include "core/platform/ConsolePlatform.h"
 #include "output/BoardSvg.h"
+#include "output/OutputFormatForm.h"
 #include "params/Settings.h"
 #include "params/SettingsFile.h"
+#include "params/SettingsFormats.h"
 #include "params/SettingsOverrides.h"
 
 namespace isolith {
@@ -26,8 +30,18 @@ struct CliRequest {
   std::string command;
   bool json = false;
   JobArguments job;
-  std::string outputPath;  // -o FILE of "render"
+  std::string outputPath;  // -o FILE of "render" and "mill"
 };
+
+// The formats of "Output data format", as the settings spell them.
+constexpr const char* kMachineFormatNames =
+    "PLT, DXF, ISO, NCP, CM3, EGX, SML, CBR, POST-PROCESSOR";
+
+bool MachineFormatWritten(int format) {
+  for (int code : TDialogCopOutput::kFormats)
+    if (code == format) return true;
+  return false;
+}
 
 int UsageError(std::ostream& err, const std::string& message) {
   err << kName << ": " << message << " (see " << kName << " --help)\n";
@@ -76,7 +90,8 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
   }
   if (i == args.size()) return UsageError(err, "no command given");
   request.command = args[i++];
-  const bool jobCommand = request.command == "info" || request.command == "render";
+  const bool writes = request.command == "render" || request.command == "mill";
+  const bool jobCommand = request.command == "info" || writes;
   if (request.command != "settings" && !jobCommand)
     return UsageError(err, "unknown command '" + request.command + "'");
   for (; i < args.size(); ++i) {
@@ -85,7 +100,7 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     std::string error;
     if (request.command == "info" && args[i] == "--json") {
       request.json = true;
-    } else if (request.command == "render" && (args[i] == "-o" || args[i] == "--output")) {
+    } else if (writes && (args[i] == "-o" || args[i] == "--output")) {
       if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
       request.outputPath = args[++i];
     } else if (!ParseJobWord(args, i, request.job, true, error)) {
@@ -96,6 +111,12 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     return UsageError(err, "--drills needs a layer file to align the holes on");
   if (request.command == "render" && request.outputPath.empty())
     return UsageError(err, "render needs -o OUT.svg");
+  if (request.command == "mill") {
+    if (request.job.layerFiles.empty()) return UsageError(err, "mill needs a layer file");
+    if (request.outputPath.empty()) return UsageError(err, "mill needs -o OUT");
+    // The job is milled from its contours, so they are always calculated.
+    request.job.contours = true;
+  }
   return -1;
 }
 
@@ -118,6 +139,14 @@ const char* CliUsage() {
          "                    print the job: card, origin, layers, drills, cutouts\n"
          "  render [JOB] -o OUT.svg\n"
          "                    write the job as an SVG picture (card mm, X right, Y up)\n"
+         "  mill JOB -o OUT   write the machine file of the job as the Mill command does,\n"
+         "                    contours always calculated: in MachineFormat (e.g. --set\n"
+         "                    MachineFormat=ISO; also PLT, DXF, NCP, CM3, EGX, SML, CBR,\n"
+         "                    POST-PROCESSOR for the user's format of Isolith.ppf), the\n"
+         "                    sections of MachineSetSeq=Yes or the first layer with\n"
+         "                    MachineSetSeq=No; the dialogs are taken as they stand.\n"
+         "                    Exit status 0 only when OUT was written whole; a failed\n"
+         "                    write leaves the file that stood there\n"
          "\n"
          "JOB: [--dialect NAME] [--contours] [--hatches] LAYER-FILE...\n"
          "     [--drills FILE [DRILL ANSWERS]]\n"
@@ -165,6 +194,11 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
   if (request.command == "settings") {
     out << FormatSettings(app.settings, LayerZeroApertures(app.board));
   } else {
+    if (request.command == "mill" && !MachineFormatWritten(app.settings.MachineFormat)) {
+      err << kName << ": MachineFormat " << OutputFormatName(app.settings.MachineFormat)
+          << " is not a machine format (one of " << kMachineFormatNames << ")\n";
+      return kCliFailed;
+    }
     std::vector<LoadedFile> loaded;
     if (!LoadJob(app, request.job, loaded)) return kCliFailed;
     if (request.job.contours && !CalculateContoursOnAllLayers(app)) {
@@ -175,7 +209,15 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
       err << kName << ": no hatches could be calculated\n";
       return kCliFailed;
     }
-    if (request.command == "render") {
+    if (request.command == "mill") {
+      // Milled as AUTOMILL mills a start file: from the first layer.
+      if (LayerHasContent(app.board, 0)) app.board.ActiveLayer = 0;
+      std::string reason;
+      if (!MillJob(app, request.outputPath, &reason)) {
+        if (!reason.empty()) err << kName << ": " << reason << "\n";
+        return kCliFailed;
+      }
+    } else if (request.command == "render") {
       if (!WriteFileAtomically(request.outputPath, BoardToSvg(app.board))) {
         err << kName << ": unable to write '" << request.outputPath << "'\n";
         return kCliFailed;

@@ -37,6 +37,8 @@ void InitSettings(Application& app, int screenWidth, int screenHeight) {
     }
     app.overrides.Apply(s);
     ReadToolLibrary(app.tools, app.ConfigFolder);
+    // The user's output format; without the file the built-in one stands.
+    ReadPostProcessor(app.postProcessor, app.ConfigFolder, kPostProcessorBaseName);
   } else {
     if (s.ImportPath.empty()) s.ImportPath = s.InstallPath;
     app.overrides.Apply(s);

@@ -3,6 +3,7 @@
 // one with `Application app(platform);`. Nothing else in the program holds mutable state.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "core/application/CommandTable.h"
@@ -10,6 +11,9 @@
 #include "core/board/Board.h"
 #include "core/platform/Platform.h"
 #include "import/OpenExcellon.h"
+#include "output/driver/OutputContext.h"
+#include "output/formats/FormatWords.h"
+#include "output/postprocessor/PostProcessor.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
@@ -59,6 +63,13 @@ class Application {
   TDrillList drillList;
   ToolpathSession toolpath;
 
+  // The output: the user's own format (read from "Isolith.ppf"), the choices of the export
+  // dialogs kept for the run, and the words of the user's format that an output context points
+  // to (made afresh with each context, from the format as it stands then).
+  TPostProcessor postProcessor;
+  ExportChoices exportChoices;
+  std::unique_ptr<FormatWords> userFormatWords;
+
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;
 
@@ -69,9 +80,10 @@ class Application {
 // Start-up settings, in this order: the locale's decimal separator; the recent list cleared and
 // the aperture tables at their defaults; the units at millimetres and mm/s; "Isolith.ini" read
 // (and written back at once, so that a first run creates it) with an empty import folder
-// becoming the program folder; the run's overrides applied; the tool library read; ResetJob.
-// The screen size (0 when there is none) goes into the host facts that the file records.
-// Without a configuration folder nothing is read or written.
+// becoming the program folder; the run's overrides applied; the tool library and the user's
+// output format ("Isolith.ppf") read; ResetJob. The screen size (0 when there is none) goes
+// into the host facts that the file records. Without a configuration folder nothing is read or
+// written.
 void InitSettings(Application& app, int screenWidth = 0, int screenHeight = 0);
 
 // Writes "Isolith.ini" as memory holds it, the values overridden for this run put back to what

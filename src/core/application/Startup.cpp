@@ -7,6 +7,7 @@
 #include "core/application/Commands.h"
 #include "core/application/ConfigFolder.h"
 #include "core/application/ImportSteps.h"
+#include "core/application/OutputCommands.h"
 #include "core/application/ToolpathCommands.h"
 #include "core/board/BoardOps.h"
 
@@ -49,8 +50,9 @@ void RunFirstShow(Application& app) {
   if ((app.AutoStart || app.AutoMill) && CountLayers(app.board) != 0) {
     CalculateContoursCommand(app);
   }
-  // AUTOMILL, second step: with contours on layer 0, "Mill" runs here with its dialog confirmed
-  // by itself. It joins with the output commands.
+  // AUTOMILL, second step: with contours on layer 0, "Mill" runs with its dialogs confirmed by
+  // themselves.
+  if (app.AutoMill && app.board.Contours[0]) MillCommand(app);
   ResetHover(app);
   app.AutoStart = false;
   app.AutoMill = false;

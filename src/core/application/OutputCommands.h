@@ -1,0 +1,57 @@
+// The output commands as the window and the command-line program reach them: "&Save...",
+// "&Mill...", "Output data format..." and "&Add centering holes...". The menu runs them through
+// the handler table (CommandHandlers.h); the functions here are what else must call them: the
+// start-up chain, the board view's clicks and the scripts.
+#pragma once
+
+#include <string>
+
+#include "core/application/Application.h"
+#include "output/driver/OutputContext.h"
+
+namespace isolith {
+
+// The output's view of the application: its board, settings, tools, drill list and export
+// choices, the user's header and footer files and the save dialog's first folder in the folder
+// of the program's own files, the user's format as "Isolith.ppf" gave it, the settings file
+// written without this run's overrides, and the desktop's text viewer ("xdg-open") started
+// through the platform. The context points into the application and lives no longer than one
+// command.
+OutputContext MakeOutputContext(Application& app);
+
+// The file the Mill command writes when no other is named: "Isolith.out" in the folder of the
+// program's own files.
+std::string MillTarget(const Application& app);
+
+// "&Mill..." as the menu runs it: PendingCommand cleared; refused with the beep when the active
+// layer has nothing to write (no contours, no drills, no cut paths); the tools checked ("Active
+// tools" opens when one is missing, and the command stops when one still is); a first drilling
+// tool that is not chosen opens "Active tools" once more and stops with the beep when still not
+// chosen. While no output was ever chosen "Output data format" opens first, and the command
+// stops unless it is confirmed. The job is then written in `MachineFormat` to `MachineFile`
+// ("Isolith.out" when none is named): the sections of "Final output" with `MachineSetSeq`, the
+// active layer through "Export" and "File export" without. Once written, `MachineRun` (when
+// set) runs with the file's path after its words; a run that cannot start says
+// "<command line>\n\nUnable to execute this programme." under "Error". With the program started
+// with AUTOMILL every dialog of the command is confirmed as it stands. Ends with ResetHover and
+// a repaint.
+void MillCommand(Application& app);
+
+// For scripts, after the caller has loaded the files and calculated the contours (and hatches):
+// the card's cut path of every card contour that has none yet, the tools checked as the Mill
+// command checks them (the tool dialog confirmed as it stands), and the job written to `path`
+// with WriteMachineJob, every dialog confirmed as it stands. True only when the whole file was
+// written. When it was refused before anything was written and nothing was said through the
+// platform, `reason` (when given) receives a short text why; a failed write says "Unable to
+// export file. ''<path>''" under "Error", and the file that stood at `path` stays as it was. A
+// path that names something other than a plain file (a device) is refused with that message.
+bool MillJob(Application& app, const std::string& path, std::string* reason = nullptr);
+
+// A left click on the board while an output pick is pending; (x, y) is the card position of the
+// mouse, `gridStep` the step of the visual grid the click snaps to (0 with Ctrl held).
+//   12104: the centering hole placed at the click (the first opens "Centering holes" for the
+//          second; with "Plot manually" the pick stays for the second click).
+// False when `pendingId` is not one of these picks.
+bool OutputClickAction(Application& app, int pendingId, float x, float y, float gridStep);
+
+}  // namespace isolith

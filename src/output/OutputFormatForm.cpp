@@ -1,0 +1,160 @@
+#include "output/OutputFormatForm.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "output/formats/FileTypes.h"
+#include "output/postprocessor/PostProcessorForm.h"
+#include "params/FieldChecks.h"
+#include "params/ToolForms.h"
+
+namespace isolith {
+
+namespace {
+
+constexpr double kMachineScaleLimit = 1000;                      // the machine scales, both ways
+constexpr double kMinHeight = -10, kMaxHeight = 1000;            // mm
+constexpr double kMinClearSpeed = 6, kMaxClearSpeed = 65535;     // mm/min
+constexpr double kCamm3RapidSpeed = 900, kEgxRapidSpeed = 3000;  // mm/min
+
+bool Listed(int code) {
+  return std::find(std::begin(TDialogCopOutput::kFormats), std::end(TDialogCopOutput::kFormats),
+                   code) != std::end(TDialogCopOutput::kFormats);
+}
+
+}  // namespace
+
+std::string WithExtension(const std::string& path, const std::string& extension) {
+  const std::size_t slash = path.find_last_of('/');
+  const std::size_t dot = path.find_last_of('.');
+  const bool hasDot = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+  return (hasDot ? path.substr(0, dot) : path) + "." + extension;
+}
+
+TDialogCopOutput::TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
+                                   const std::string& proposedName,
+                                   std::function<void()> saveSettings, char separator)
+    : format(settings.MachineFormat),
+      sections(settings.MachineSetSeq),
+      arcs(settings.MachineArcs),
+      file(settings.MachineFile),
+      run(settings.MachineRun),
+      settings_(settings),
+      pp_(pp),
+      folder_(std::move(folder)),
+      saveSettings_(std::move(saveSettings)),
+      separator_(separator) {
+  BuildFormatList();
+  scaleXY = FormatFieldFloat(settings.MachineScaleXY, 3, separator);
+  scaleZ = FormatFieldFloat(settings.MachineScaleZ, 3, separator);
+  scaleVxy = FormatFieldFloat(settings.MachineScaleVxy, 3, separator);
+  scaleVz = FormatFieldFloat(settings.MachineScaleVz, 3, separator);
+  clearHeight = FormatFieldFloat(settings.ExportClearHeight, 3, separator);
+  zeroHeight = FormatFieldFloat(settings.ExportZeroHeight, 3, separator);
+  clearSpeed = FormatSpeedField(settings.ExportClearSpeed, settings.SpeedUnit, separator);
+  // A first opening proposes a file and the desktop's viewer to look at it.
+  if (file.empty() && settings.MachineOutput == 0)
+    file = proposedName + "." + FormatExtension(format);
+  if (run.empty()) run = kProposedRun;
+}
+
+void TDialogCopOutput::BuildFormatList() {
+  if (!folder_.empty()) ReadPostProcessor(pp_, folder_, kPostProcessorBaseName);
+  formats.clear();
+  for (int code : kFormats) {
+    std::string label = FileTypeOf(code).title;
+    if (code == kFormatUser) label += " \"" + pp_.Title + "\"";
+    formats.push_back({code, std::move(label)});
+  }
+}
+
+std::string TDialogCopOutput::FormatExtension(int code) const {
+  if (code == kFormatUser && !pp_.FileExt.empty()) return pp_.FileExt;
+  return FileTypeOf(code).extension;
+}
+
+void TDialogCopOutput::ChooseFormat(int code) {
+  format = code;
+  scaleXY = scaleZ = scaleVxy = scaleVz = FormatFieldFloat(1, 3, separator_);
+  arcs = true;
+  if (code == kFormatCamm3 || code == kFormatEgx) {
+    clearSpeed = FormatSpeedField(code == kFormatCamm3 ? kCamm3RapidSpeed : kEgxRapidSpeed,
+                                  settings_.SpeedUnit, separator_);
+    sections = true;
+  }
+  if (!file.empty()) file = WithExtension(file, FormatExtension(code));
+}
+
+bool TDialogCopOutput::PostProcessorEnabled() const {
+  return format == kFormatUser;
+}
+
+bool TDialogCopOutput::EditPostProcessor(Platform& platform) {
+  // Without a folder there is no "Isolith.ppf" to edit.
+  if (!PostProcessorEnabled() || folder_.empty()) return false;
+  if (!isolith::EditPostProcessor(platform, pp_, settings_, folder_)) return false;
+  if (saveSettings_) saveSettings_();
+  BuildFormatList();
+  if (!file.empty()) file = WithExtension(file, FormatExtension(format));
+  return true;
+}
+
+bool TDialogCopOutput::Accept(Platform& platform) {
+  Settings& s = settings_;
+  float xy = s.MachineScaleXY, z = s.MachineScaleZ, vxy = s.MachineScaleVxy, vz = s.MachineScaleVz;
+  struct ScaleField {
+    const char* label;
+    const std::string& text;
+    float& value;
+    Field field;
+  };
+  const ScaleField scales[] = {{"XY scale", scaleXY, xy, kScaleXY},
+                               {"Z scale", scaleZ, z, kScaleZ},
+                               {"Vxy scale", scaleVxy, vxy, kScaleVxy},
+                               {"Vz scale", scaleVz, vz, kScaleVz}};
+  for (const ScaleField& f : scales) {
+    if (!CheckFloatField(platform, f.label, f.text, "", f.value, -kMachineScaleLimit,
+                         kMachineScaleLimit)) {
+      focus = f.field;
+      return false;
+    }
+  }
+  float height = s.ExportClearHeight, margin = s.ExportZeroHeight;
+  if (!CheckFloatField(platform, "Tool clearance height", clearHeight, s.LengthUnitLabel, height,
+                       kMinHeight, kMaxHeight)) {
+    focus = kClearHeight;
+    return false;
+  }
+  if (!CheckFloatField(platform, "Surface contact margin", zeroHeight, s.LengthUnitLabel, margin,
+                       kMinHeight, kMaxHeight)) {
+    focus = kZeroHeight;
+    return false;
+  }
+  float speed = static_cast<float>(SpeedToUnit(s.ExportClearSpeed, s.SpeedUnit));
+  if (!CheckFloatField(platform, "Cleared tool rapid speed", clearSpeed, s.SpeedUnitLabel, speed,
+                       SpeedToUnit(kMinClearSpeed, s.SpeedUnit),
+                       SpeedToUnit(kMaxClearSpeed, s.SpeedUnit))) {
+    focus = kClearSpeed;
+    return false;
+  }
+
+  if (Listed(format)) s.MachineFormat = format;
+  s.MachineSetSeq = sections;
+  s.MachineArcs = arcs;
+  s.MachineScaleXY = xy;
+  s.MachineScaleZ = z;
+  s.MachineScaleVxy = vxy;
+  s.MachineScaleVz = vz;
+  s.ExportClearHeight = height;
+  s.ExportZeroHeight = margin;
+  const double mmPerMin =
+      std::clamp(std::round(SpeedFromUnit(speed, s.SpeedUnit)), kMinClearSpeed, kMaxClearSpeed);
+  s.ExportClearSpeed = static_cast<uint16_t>(mmPerMin);
+  s.MachineOutput = kMachineOutputFile;
+  s.MachineFile = file;
+  s.MachineRun = run;
+  return true;
+}
+
+}  // namespace isolith

@@ -1,0 +1,106 @@
+// "Output data format" as a form: the format the Mill command writes, whether it writes the
+// sections of "Final output" or the active layer, the machine scales, the clearance of the tool,
+// and the file it creates with the program run after it. The user's own format is edited from
+// here ("Post-processor format").
+//
+// Printing to a printer queue and sending to a port are not offered by this program yet: the
+// only output is "Create file".
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/platform/Platform.h"
+#include "output/postprocessor/PostProcessor.h"
+#include "params/Settings.h"
+
+namespace isolith {
+
+// One row of the format list: the format code and the text the list shows.
+struct TOutputFormatChoice {
+  int code = 0;
+  std::string label;
+};
+
+// The `MachineOutput` value of "Create file".
+inline constexpr int kMachineOutputFile = 1;
+
+class TDialogCopOutput : public DialogForm {
+ public:
+  static constexpr std::string_view kTitle = "Output data format";
+  static constexpr std::string_view kSectionsText = "Manual selection of layers and tools";
+  static constexpr std::string_view kLayerText = "Classical export of current layer";
+  static constexpr std::string_view kArcsText = "Use circular interpolation commands";
+  // The command proposed to run after the file is written: the desktop's own text viewer.
+  static constexpr std::string_view kProposedRun = "xdg-open";
+  // The formats of the list, in list order; the last is the user's own.
+  static constexpr int kFormats[] = {2, 4, 9, 11, 5, 19, 20, 21, 22, 33};
+
+  enum Field {
+    kNoField,
+    kScaleXY,
+    kScaleZ,
+    kScaleVxy,
+    kScaleVz,
+    kClearHeight,
+    kZeroHeight,
+    kClearSpeed,
+  };
+
+  // Fills the fields from the settings and builds the format list (BuildFormatList). `folder`
+  // holds "Isolith.ppf"; `proposedName` is the file proposed, without its extension, while no
+  // output was ever chosen and no file is named. `saveSettings`
+  // writes the settings file after "Post-processor format" changed the remembered extension
+  // (may be empty). `separator` is the locale's decimal mark.
+  TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
+                   const std::string& proposedName, std::function<void()> saveSettings,
+                   char separator);
+
+  std::string_view FormName() const override { return "TDialogCopOutput"; }
+
+  std::vector<TOutputFormatChoice> formats;        // the list, in list order
+  int format = 9;                                  // the code chosen
+  bool sections = true;                            // kSectionsText (true) or kLayerText
+  bool arcs = true;                                // kArcsText
+  std::string scaleXY, scaleZ, scaleVxy, scaleVz;  // "XY scale", "Z scale", ...
+  std::string clearHeight;                         // "Tool clearance &height :", mm
+  std::string zeroHeight;                          // "Surface contact &margin :", mm
+  std::string clearSpeed;  // "Cleared tool &rapid speed :", in the speed unit
+  std::string file;        // "Create file"
+  std::string run;         // "then execute"
+  Field focus = kNoField;
+
+  // Reads "Isolith.ppf" (what memory holds stays when it cannot be read) and builds the list:
+  // each format's title, the user's own as "Post-processor" and its title in double quotes.
+  void BuildFormatList();
+  // A format chosen in the list: the four scales back to 1 and arcs on; the Roland formats take
+  // their rapid speed (900 and 3000 mm/min) and the sections; the file name takes the format's
+  // extension.
+  void ChooseFormat(int code);
+  // The ">" button beside the format: only for the user's own format.
+  bool PostProcessorEnabled() const;
+  // ">": "Post-processor format" over the user's format; on OK the file is written, the
+  // remembered extension saved, the list rebuilt and, for the user's format, the file name
+  // given its extension. True when confirmed.
+  bool EditPostProcessor(Platform& platform);
+
+  // Checks the scales (-1000 to 1000), the clearance height and margin (-10 to 1000 mm) and the
+  // rapid speed, then stores everything; `MachineOutput` becomes "Create file".
+  bool Accept(Platform& platform) override;
+
+ private:
+  std::string FormatExtension(int code) const;
+
+  Settings& settings_;
+  TPostProcessor& pp_;
+  std::string folder_;
+  std::function<void()> saveSettings_;
+  char separator_;
+};
+
+// `path` with its extension replaced by `extension` (or given one when it has none).
+std::string WithExtension(const std::string& path, const std::string& extension);
+
+}  // namespace isolith
