@@ -35,6 +35,10 @@ class TDialogExport : public DialogForm {
   enum Field { kNoField, kScale, kClearHeight, kClearSpeed };
   Field focus = kNoField;
 
+  // The units shown after the clearance fields.
+  const std::string& lengthUnitLabel() const { return settings_.LengthUnitLabel; }
+  const std::string& speedUnitLabel() const { return settings_.SpeedUnitLabel; }
+
   bool Accept(Platform& platform) override;
 
  private:
