@@ -146,7 +146,7 @@ const char* CliUsage() {
          "                    sections of MachineSetSeq=Yes or the first layer with\n"
          "                    MachineSetSeq=No; the dialogs are taken as they stand.\n"
          "                    Exit status 0 only when OUT was written whole; a failed\n"
-         "                    write leaves the file that stood there\n"
+         "                    write leaves the file that stood there.\n"
          "\n"
          "JOB: [--dialect NAME] [--contours] [--hatches] LAYER-FILE...\n"
          "     [--drills FILE [DRILL ANSWERS]]\n"

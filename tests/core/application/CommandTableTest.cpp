@@ -141,9 +141,9 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_TRUE(CommandEnabled(cmd::CloseLayer, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Layer1, b, drawn));
   // The rule allows it but its handler is not built.
-  EXPECT_TRUE(CommandRuleAllows(cmd::Save, b, drawn));
-  EXPECT_FALSE(CommandImplemented(cmd::Save));
-  EXPECT_FALSE(CommandEnabled(cmd::Save, b, drawn));
+  EXPECT_TRUE(CommandRuleAllows(cmd::Simulate, b, drawn));
+  EXPECT_FALSE(CommandImplemented(cmd::Simulate));
+  EXPECT_FALSE(CommandEnabled(cmd::Simulate, b, drawn));
   EXPECT_FALSE(CommandEnabled(cmd::ThermalPad, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Dimensions, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Reframe, b, drawn));
@@ -154,6 +154,13 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_TRUE(CommandEnabled(cmd::AutoDetectCardContour, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::ToolLibrary, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::SelectedTools, b, drawn));
+  // So are the output commands.
+  for (int id : {cmd::Save, cmd::Mill, cmd::CenteringHoles, cmd::OutputDataFormat})
+    EXPECT_TRUE(CommandEnabled(id, b, drawn)) << id;
+  b.LayerCount = 0;
+  EXPECT_FALSE(CommandEnabled(cmd::Mill, b, drawn));
+  EXPECT_TRUE(CommandEnabled(cmd::OutputDataFormat, b, drawn));
+  b.LayerCount = 1;
   // An id foreign to the program is enabled, except while a reader runs.
   EXPECT_TRUE(CommandEnabled(4711, b, drawn));
   b.Busy = true;

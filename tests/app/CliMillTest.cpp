@@ -1,0 +1,119 @@
+// isolith-cli mill: a small hand-written board milled to a machine file, and the writes that
+// cannot succeed.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "cli/CliMain.h"
+
+namespace isolith {
+namespace {
+
+namespace fs = std::filesystem;
+
+class TempFolder {
+ public:
+  TempFolder() {
+    std::string pattern = (fs::temp_directory_path() / "isolith-climill-XXXXXX").string();
+    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
+  }
+  ~TempFolder() {
+    std::error_code ec;
+    fs::remove_all(path_, ec);
+  }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+std::string ReadAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+struct MillRun {
+  int status;
+  std::string err;
+};
+
+// A configuration with one 0.2 mm end mill, chosen for contours and drills.
+class CliMill : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    std::ofstream(config.path() + "Isolith.too")
+        << "[Tool #1]\r\nNumber=1\r\nName=End mill 0.2 mm\r\nDiameter=0.2\r\n"
+           "Profile=Cylindrical\r\nRotationSpeed=20000\r\nAbsDrillSpeed=60\r\n";
+  }
+
+  MillRun Mill(const std::string& out, std::vector<std::string> sets = {"MachineFormat=ISO"}) {
+    std::vector<std::string> args{"--config", config.path(), "--set", "MillingTool=1"};
+    for (const std::string& s : sets) args.insert(args.end(), {"--set", s});
+    args.insert(args.end(), {"mill", std::string(ISOLITH_TEST_DATA) + "/two-pads.gbr", "-o", out});
+    std::ostringstream output, err;
+    const int status = CliMain(args, program.path(), output, err);
+    EXPECT_TRUE(output.str().empty());
+    return {status, err.str()};
+  }
+
+  TempFolder program, config, work;
+};
+
+TEST_F(CliMill, WritesTheJobInTheFormatOfTheSettings) {
+  const std::string iso = work.path() + "board.iso";
+  const MillRun run = Mill(iso);
+  ASSERT_EQ(run.status, kCliOk) << run.err;
+  const std::string text = ReadAll(iso);
+  EXPECT_EQ(text.rfind("( Isolith 3 - 25/09/2008 / ISO-Mill Output )\r\n", 0), 0u) << text;
+  EXPECT_NE(text.find("\r\nT1 M06\r\n"), std::string::npos);
+  EXPECT_NE(text.find("\r\nG01 F600 "), std::string::npos);
+  const std::string end = "\r\nM02\r\n%\r\n";
+  EXPECT_EQ(text.substr(text.size() - end.size()), end);
+  // The format chosen for the run stays out of the settings file.
+  EXPECT_NE(ReadAll(config.path() + "Isolith.ini").find("\r\nMachineFormat=ISO\r\n"),
+            std::string::npos);
+
+  // The plotter, as its name is spelled in the settings: one line, the pen being the row of
+  // "Final output" (engraving is the sixth).
+  const std::string plt = work.path() + "board.plt";
+  ASSERT_EQ(Mill(plt, {"MachineFormat=PLT"}).status, kCliOk);
+  const std::string hpgl = ReadAll(plt);
+  EXPECT_EQ(hpgl.rfind("IN;PA;PU;SP6;", 0), 0u) << hpgl;
+  EXPECT_EQ(hpgl.find("\r\n"), hpgl.size() - 2);
+  EXPECT_EQ(ReadAll(config.path() + "Isolith.ini").find("MachineFormat=PLT"), std::string::npos);
+}
+
+TEST_F(CliMill, FailsWithoutAFileWhenNothingCanBeWritten) {
+  // A folder that does not exist.
+  const std::string lost = work.path() + "no-such-folder/board.iso";
+  EXPECT_EQ(Mill(lost).status, kCliFailed);
+  EXPECT_FALSE(fs::exists(work.path() + "no-such-folder"));
+
+  // A device is refused rather than replaced by the file.
+  EXPECT_EQ(Mill("/dev/full").status, kCliFailed);
+  EXPECT_TRUE(fs::is_character_file("/dev/full"));
+
+  // A format that is not a machine format, and no contour tool: said on the error stream.
+  const std::string iso = work.path() + "board.iso";
+  const MillRun job = Mill(iso, {"MachineFormat=TVN"});
+  EXPECT_EQ(job.status, kCliFailed);
+  EXPECT_NE(job.err.find("MachineFormat TVN is not a machine format"), std::string::npos);
+  const MillRun noTool = Mill(iso, {"MillingTool=0"});
+  EXPECT_EQ(noTool.status, kCliFailed);
+  EXPECT_EQ(noTool.err.rfind("isolith-cli: ", 0), 0u) << noTool.err;
+  EXPECT_FALSE(fs::exists(iso));
+
+  // Without -o nothing is read.
+  std::ostringstream out, err;
+  EXPECT_EQ(CliMain({"--config", config.path(), "mill", "board.gbr"}, program.path(), out, err),
+            kCliUsage);
+  EXPECT_NE(err.str().find("mill needs -o OUT"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace isolith
