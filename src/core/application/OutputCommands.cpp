@@ -97,17 +97,18 @@ std::string Trimmed(const std::string& text) {
   return text.substr(begin, end - begin);
 }
 
-// Starts `words` followed by `file`; a start that fails shows the whole line under "Error".
-void StartWithFile(Platform& platform, std::vector<std::string> words, const std::string& file) {
-  std::string line;
-  for (const std::string& w : words) line += w + " ";
-  line = Trimmed(line + file);
+// Starts the program of a command line with its words and `file` after them; a start that fails
+// shows the whole line under "Error".
+void StartCommand(Platform& platform, const std::string& command, const std::string& file) {
+  std::vector<std::string> words = CommandWords(command);
   if (words.empty()) return;
   const std::string program = words.front();
   words.erase(words.begin());
-  if (!file.empty()) words.push_back(file);
-  if (!platform.StartProcess(program, words))
-    platform.ShowMessage("Error", line + "\n\n" + kCannotExecute, MessageIcon::Error);
+  words.push_back(file);
+  if (!platform.StartProcess(program, words)) {
+    platform.ShowMessage("Error", Trimmed(command + " " + file) + "\n\n" + kCannotExecute,
+                         MessageIcon::Error);
+  }
 }
 
 OutputContext MakeContext(Application& app, Platform& platform) {
@@ -122,7 +123,7 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   context.userFormatExtension = app.postProcessor.FileExt;
   context.saveSettings = [&app] { SaveSettings(app); };
   context.openTextViewer = [&platform](const std::string& path) {
-    StartWithFile(platform, {kTextViewer}, path);
+    StartCommand(platform, kTextViewer, path);
   };
   return context;
 }
@@ -203,8 +204,7 @@ void RunMill(Application& app, Platform& platform) {
     if (s.MachineOutput == kMachineOutputFile && !s.MachineFile.empty()) target = s.MachineFile;
     if (WriteJob(app, platform, target)) {
       if (s.MachineOutput == kMachineOutputFile) {
-        if (!Trimmed(s.MachineRun).empty())
-          StartWithFile(platform, CommandWords(s.MachineRun), target);
+        StartCommand(platform, s.MachineRun, target);
       } else {
         // A printer queue or a port, which this program cannot send to yet: the file stays.
         platform.ShowMessage(kProgramName,

@@ -205,8 +205,9 @@ TEST(OutputCommands, AProgramThatCannotStartIsNamedWithItsWholeLine) {
   RunCommand(app, cmd::Mill);
   ASSERT_EQ(fake.messages.size(), 1u);
   EXPECT_EQ(fake.messages[0].title, "Error");
+  // The setting and the path joined by one blank, the whole trimmed only at its ends.
   EXPECT_EQ(fake.messages[0].text,
-            "viewer " + folder.path() + "Isolith.out\n\nUnable to execute this programme.");
+            "viewer   " + folder.path() + "Isolith.out\n\nUnable to execute this programme.");
   EXPECT_TRUE(fs::exists(folder.path() + "Isolith.out"));
 }
 
