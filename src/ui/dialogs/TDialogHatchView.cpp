@@ -59,6 +59,7 @@ bool TDialogHatchView(DialogForm& base, Platform& platform, QWidget* parent) {
   if (QAbstractButton* chosen = zones->checkedButton()) chosen->setFocus();
 
   dialog.acceptRule = [&] {
+    form->SelectZone(zones->checkedId());
     form->allLayers = allLayers->isChecked();
     form->link = link->isChecked();
     return form->Accept(platform);
