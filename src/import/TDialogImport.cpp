@@ -35,14 +35,19 @@ TDialogImport::TDialogImport(Settings& settings, int row, std::string_view windo
 bool TDialogImport::Accept(Platform& platform) {
   TImportFormat& f = settings_.ImportFormat[row_];
   float scale = f.ScaleIn, aperture = f.AperScaleIn, drill = f.DrillScaleIn;
+  auto refuse = [&](Field field) {
+    focus = field;
+    return false;
+  };
   if (!CheckFloatField(platform, "XY co-ordinates", scaleIn, "", scale, kMinimumScale,
                        kMaximumScale))
-    return false;
+    return refuse(kScaleIn);
   if (hasApertures && !CheckFloatField(platform, "Apertures", aperScaleIn, "", aperture,
                                        kMinimumScale, kMaximumScale))
-    return false;
+    return refuse(kAperScaleIn);
   if (!CheckFloatField(platform, "Drills", drillScaleIn, "", drill, kMinimumScale, kMaximumScale))
-    return false;
+    return refuse(kDrillScaleIn);
+  focus = kNoField;
   f.ScaleIn = scale;
   f.AperScaleIn = aperture;
   f.DrillScaleIn = drill;

@@ -29,6 +29,10 @@ class TDialogImport : public DialogForm {
   bool hasApertures = true;
   bool flipX = false, flipY = false, swapXY = false;  // "Flip :" "X", "Y", "X/Y"
 
+  // The field the last refusal named, for the view's focus.
+  enum Field { kNoField, kScaleIn, kAperScaleIn, kDrillScaleIn };
+  Field focus = kNoField;
+
   std::string_view FormName() const override { return "TDialogImport"; }
   // Each field must lie from 0.001 to 1000; the first that does not is refused by the standard
   // field check and nothing is written. Otherwise the scales and the three bits go to the row.

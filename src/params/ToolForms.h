@@ -57,6 +57,7 @@ class TDialogPcbToolData : public DialogForm {
   // The rows of the profile list and the labels and unit labels of the fields.
   static std::vector<std::string> ProfileRows() { return {"cylindrical", "conical"}; }
   const std::string& speedUnitLabel() const { return settings_.SpeedUnitLabel; }
+  const std::string& lengthUnitLabel() const { return settings_.LengthUnitLabel; }
   bool AngleEnabled() const { return profile == 1; }
 
   // The number field changed. A positive whole number other than the current one checks the
@@ -133,6 +134,11 @@ class TDialogDrill : public DialogForm {
   std::string boringThreshold;
   Field focus = kNoField;
   int focusRow = -1;  // the DrillingLib row when focus is kDrillingLib
+
+  // The 50 rows of the tool lists, and the unit labels shown after the fields.
+  std::vector<std::string> ToolRows() const { return ToolChoiceRows(tools_, separator_); }
+  const std::string& lengthUnitLabel() const { return settings_.LengthUnitLabel; }
+  const std::string& speedUnitLabel() const { return settings_.SpeedUnitLabel; }
 
   // What the numbers give, "=> %s " and the value, or nothing new when the depth is not above 0
   // or no tool is chosen (the view then keeps what it shows).

@@ -1,0 +1,70 @@
+#include "ui/dialogs/TDialogImportView.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QVBoxLayout>
+
+#include "import/TDialogImport.h"
+#include "ui/dialogs/ParameterViewKit.h"
+
+namespace isolith {
+
+using namespace viewkit;
+
+bool TDialogImportView(DialogForm& base, Platform& platform, QWidget* parent) {
+  auto* form = dynamic_cast<TDialogImport*>(&base);
+  if (!form) return false;
+
+  FormDialog dialog(parent, form->title);
+  QGridLayout* grid = FieldGrid(dialog);
+  QLineEdit* scaleIn = NumberField(&dialog, form->scaleIn, "scaleIn");
+  QLineEdit* aperScaleIn = NumberField(&dialog, form->aperScaleIn, "aperScaleIn");
+  QLineEdit* drillScaleIn = NumberField(&dialog, form->drillScaleIn, "drillScaleIn");
+  int row = 0;
+  AddFieldRow(grid, row++, "XY &co-ordinates :", scaleIn);
+  // Drill files have no apertures: their row has no such field.
+  if (form->hasApertures)
+    AddFieldRow(grid, row++, "&Apertures :", aperScaleIn);
+  else
+    aperScaleIn->hide();
+  AddFieldRow(grid, row++, "&Drills :", drillScaleIn);
+
+  QCheckBox* flipX = CheckBox(&dialog, "X", form->flipX, "flipX");
+  QCheckBox* flipY = CheckBox(&dialog, "Y", form->flipY, "flipY");
+  QCheckBox* swapXY = CheckBox(&dialog, "X/Y", form->swapXY, "swapXY");
+  auto* flips = new QHBoxLayout;
+  for (QCheckBox* box : {flipX, flipY, swapXY}) flips->addWidget(box);
+  flips->addStretch();
+  grid->addWidget(new QLabel(QStringLiteral("Flip :"), &dialog), row, 0);
+  grid->addLayout(flips, row, 1, 1, 2);
+
+  dialog.acceptRule = [&] {
+    form->scaleIn = FromQ(scaleIn->text());
+    if (form->hasApertures) form->aperScaleIn = FromQ(aperScaleIn->text());
+    form->drillScaleIn = FromQ(drillScaleIn->text());
+    form->flipX = flipX->isChecked();
+    form->flipY = flipY->isChecked();
+    form->swapXY = swapXY->isChecked();
+    if (form->Accept(platform)) return true;
+    switch (form->focus) {
+      case TDialogImport::kScaleIn:
+        FocusField(scaleIn);
+        break;
+      case TDialogImport::kAperScaleIn:
+        FocusField(aperScaleIn);
+        break;
+      case TDialogImport::kDrillScaleIn:
+        FocusField(drillScaleIn);
+        break;
+      case TDialogImport::kNoField:
+        break;
+    }
+    return false;
+  };
+  return dialog.Run();
+}
+
+}  // namespace isolith
