@@ -6,6 +6,8 @@
 #include "core/board/BoardOps.h"
 #include "core/platform/Platform.h"
 #include "toolpath/ContourDraft.h"
+#include "toolpath/ContourPhasesIndexed.h"
+#include "toolpath/ContourPredicates.h"
 #include "toolpath/SegmentList.h"
 #include "toolpath/geometry/Polylines.h"
 #include "toolpath/geometry/Scalars.h"
@@ -17,125 +19,16 @@ namespace {
 
 constexpr float kTol = kNearTolerance;
 
-struct Box {
-  float x1, y1, x2, y2;
-};
-
-Box SegmentBox(const TSeg& s, float margin) {
-  Box b{s.x1, s.y1, s.x2, s.y2};
-  OrderBox(b.x1, b.y1, b.x2, b.y2);
-  b.x1 = static_cast<float>(double(b.x1) - margin);
-  b.y1 = static_cast<float>(double(b.y1) - margin);
-  b.x2 = static_cast<float>(double(b.x2) + margin);
-  b.y2 = static_cast<float>(double(b.y2) + margin);
-  return b;
-}
-
-bool Overlap(const Box& a, const Box& b) {
-  return BoxesOverlap(a.x1, a.y1, a.x2, a.y2, b.x1, b.y1, b.x2, b.y2);
-}
-
-// Splits `s` at (x, y) unless the point is near one of its ends: the far piece goes directly
-// behind it. True when it was split.
-bool SplitAt(TSeg* s, float x, float y) {
-  if (NearPoints(x, y, s->x1, s->y1, kTol) || NearPoints(x, y, s->x2, s->y2, kTol)) return false;
-  InsertBehind(s, x, y, s->x2, s->y2);
-  s->x2 = x;
-  s->y2 = y;
-  return true;
-}
-
-// --- Removal tests -------------------------------------------------------------------------
-
-bool TrackRejects(const Board& b, int layer, const TTrack& t, const TSeg& s, float mx, float my,
-                  float trackOffset, bool fast) {
-  const float w = b.TrackWidth[layer][t.code];
-  const float R = static_cast<float>((double(trackOffset) + w) * 0.5 - 0.001);
-  const float px[2] = {s.x1, s.x2}, py[2] = {s.y1, s.y2};
-  if (!fast) {
-    const float r = static_cast<float>(0.98 * R);
-    if (PointSegmentDistance(mx, my, t.x1, t.y1, t.x2, t.y2) < r) return true;
-    for (int i = 0; i < 2; ++i)
-      if (PointSegmentDistance(px[i], py[i], t.x1, t.y1, t.x2, t.y2) < r ||
-          Distance(px[i], py[i], t.x1, t.y1) < r || Distance(px[i], py[i], t.x2, t.y2) < r)
-        return true;
-    return false;
-  }
-  const float r = static_cast<float>(0.9 * R);
-  float bx1 = t.x1, by1 = t.y1, bx2 = t.x2, by2 = t.y2;
-  OrderBox(bx1, by1, bx2, by2);
-  const double grow = 5.0 * w + 0.01;
-  auto inBox = [&](float x, float y) {
-    return x >= bx1 - grow && x <= bx2 + grow && y >= by1 - grow && y <= by2 + grow;
-  };
-  if (inBox(mx, my) && PointSegmentDistance(mx, my, t.x1, t.y1, t.x2, t.y2) < R) return true;
-  for (int i = 0; i < 2; ++i)
-    if (inBox(px[i], py[i]) &&
-        (PointSegmentDistance(px[i], py[i], t.x1, t.y1, t.x2, t.y2) < R ||
-         Distance(px[i], py[i], t.x1, t.y1) < r || Distance(px[i], py[i], t.x2, t.y2) < r))
-      return true;
-  return false;
-}
-
-bool PadRejects(const Board& b, int layer, const TPad& p, const TSeg& s, float mx, float my,
-                float o) {
-  const uint8_t shape = b.PadShape[layer][p.code];
-  const float w = b.PadSizeX[layer][p.code], h = b.PadSizeY[layer][p.code];
-  const float x = p.x, y = p.y;
-  const float tx[2] = {mx, s.x1}, ty[2] = {my, s.y1};
-  auto nearer = [](float ax, float ay, float cx, float cy, float R) {
-    return Distance(ax, ay, cx, cy) < R;
-  };
-  switch (shape) {
-    case kShapeCircle:
-    case kShapeOctagon: {
-      const double k = shape == kShapeCircle ? 0.49 : 0.441;
-      const float R = static_cast<float>((double(o) + w) * k - 0.01);
-      return nearer(mx, my, x, y, R) || nearer(s.x1, s.y1, x, y, R) || nearer(s.x2, s.y2, x, y, R);
-    }
-    case kShapeRectangle: {
-      const float a = static_cast<float>((double(o) + w) * 0.5 - 0.01);
-      const float bb = static_cast<float>((double(o) + h) * 0.5 - 0.01);
-      auto inside = [&](float px, float py) {
-        return px > double(x) - a && px < double(x) + a && py > double(y) - bb &&
-               py < double(y) + bb;
-      };
-      return inside(mx, my) || inside(s.x1, s.y1) || inside(s.x2, s.y2);
-    }
-    case kShapeObround: {
-      // The third tested point takes the half-length of the straight part in place of P2's
-      // coordinate along the long axis: the removal has always been done this way.
-      const bool wide = w > h;
-      const float R = static_cast<float>((double(o) + (wide ? h : w)) * 0.49 - 0.01);
-      const float c = static_cast<float>((wide ? double(w) - h : double(h) - w) * 0.5);
-      float px[3] = {tx[0], tx[1], wide ? c : s.x2};
-      float py[3] = {ty[0], ty[1], wide ? s.y2 : c};
-      float c1x = wide ? static_cast<float>(double(x) - c) : x;
-      float c1y = wide ? y : static_cast<float>(double(y) - c);
-      float c2x = wide ? static_cast<float>(double(x) + c) : x;
-      float c2y = wide ? y : static_cast<float>(double(y) + c);
-      for (int i = 0; i < 3; ++i) {
-        bool inStraight = wide ? (px[i] > double(x) - c && px[i] < double(x) + c &&
-                                  py[i] > double(y) - R && py[i] < double(y) + R)
-                               : (py[i] > double(y) - c && py[i] < double(y) + c &&
-                                  px[i] > double(x) - R && px[i] < double(x) + R);
-        if (inStraight) return true;
-      }
-      for (int i = 0; i < 3; ++i)
-        if (nearer(px[i], py[i], c1x, c1y, R)) return true;
-      for (int i = 0; i < 3; ++i)
-        if (nearer(px[i], py[i], c2x, c2y, R)) return true;
-      return false;
-    }
-    default:
-      return false;
-  }
-}
+using contour::Overlap;
+using contour::PadRejects;
+using contour::SegmentBox;
+using contour::SplitAt;
+using contour::TrackRejects;
 
 bool SegmentRejected(const Board& b, int layer, const TSeg& s, float padOffset, float trackOffset,
                      bool fast) {
-  const float mx = static_cast<float>((double(s.x1) + s.x2) * 0.5);
-  const float my = static_cast<float>((double(s.y1) + s.y2) * 0.5);
+  float mx, my;
+  contour::Midpoint(s, mx, my);
   for (const TTrack* t = b.Tracks[layer]; t; t = t->next)
     if (!IsExcluded(t->flags) && TrackRejects(b, layer, *t, s, mx, my, trackOffset, fast))
       return true;
@@ -165,7 +58,7 @@ void PassOffsets(const ContourSettings& s, int p, float& padOffset, float& track
 
 void IntersectionPhase(TSeg* list) {
   for (TSeg* a = list; a; a = a->next) {
-    Box boxA = SegmentBox(*a, kTol);
+    IndexBox boxA = SegmentBox(*a, kTol);
     for (TSeg* b = a->next; b; b = b->next) {
       if (!Overlap(boxA, SegmentBox(*b, kTol))) continue;
       float x, y;
@@ -198,11 +91,7 @@ TSeg* RemoveDuplicateSegments(TSeg* list) {
   for (TSeg* a = list; a; a = a->next) {
     TSeg* prev = a;
     while (TSeg* b = prev->next) {
-      bool same = (NearPoints(a->x1, a->y1, b->x1, b->y1, kTol) &&
-                   NearPoints(a->x2, a->y2, b->x2, b->y2, kTol)) ||
-                  (NearPoints(a->x1, a->y1, b->x2, b->y2, kTol) &&
-                   NearPoints(a->x2, a->y2, b->x1, b->y1, kTol));
-      if (same) {
+      if (contour::SameEnds(*a, *b)) {
         prev->next = b->next;
         delete b;
       } else {
@@ -230,18 +119,9 @@ TPolygon* ChainSegments(TSeg* list) {
       found = false;
       for (TSeg** link = &list; *link; link = &(*link)->next) {
         TSeg* s = *link;
-        TXY* start = poly->first;
-        if (NearPoints(s->x1, s->y1, last->x, last->y, kTol)) {
-          AppendPoint(*poly, last, s->x2, s->y2);
-        } else if (NearPoints(s->x2, s->y2, last->x, last->y, kTol)) {
-          AppendPoint(*poly, last, s->x1, s->y1);
-        } else if (NearPoints(s->x2, s->y2, start->x, start->y, kTol)) {
-          poly->first = NewPoint(s->x1, s->y1, start);
-        } else if (NearPoints(s->x1, s->y1, start->x, start->y, kTol)) {
-          poly->first = NewPoint(s->x2, s->y2, start);
-        } else {
-          continue;
-        }
+        const int fit = contour::ChainFit(*s, *poly->first, *last);
+        if (fit == 0) continue;
+        contour::ExtendChain(*poly, last, *s, fit);
         *link = s->next;
         delete s;
         found = true;
@@ -339,7 +219,8 @@ TPolygon* EngravedTrackPaths(const Board& b, int layer) {
   return head;
 }
 
-void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platform) {
+void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platform,
+                       ContourStats* stats) {
   if (s.passes < 1) s.passes = 1;
   if (s.padPasses < 0) s.padPasses = 0;
   if (s.distance < 0.01 || !IsCircuitLayer(layer) || (!b.Pads[layer] && !b.Tracks[layer])) return;
@@ -357,14 +238,20 @@ void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platfo
     PassOffsets(s, p, padOffset, trackOffset);
     status("Building draft contours...");
     TSeg* list = BuildDraftContours(b, layer, padOffset, trackOffset, s.fast);
+    if (stats) stats->draftSegments += CountOf(list);
     status("Calculating intersections...");
-    IntersectionPhase(list);
+    if (s.indexed)
+      IntersectionPhaseIndexed(list, stats);
+    else
+      IntersectionPhase(list);
     status("Removing bad segments...");
-    list = RemovalPhase(b, layer, list, padOffset, trackOffset, s.fast);
+    list = s.indexed ? RemovalPhaseIndexed(b, layer, list, padOffset, trackOffset, s.fast, stats)
+                     : RemovalPhase(b, layer, list, padOffset, trackOffset, s.fast);
     status("Final build-up...");
-    list = RemoveDuplicateSegments(list);
-    TPolygon* pass = RemoveEmptyContours(ChainSegments(list));
-    pass = BridgeChains(pass, trackOffset);
+    list = s.indexed ? RemoveDuplicateSegmentsIndexed(list) : RemoveDuplicateSegments(list);
+    TPolygon* pass =
+        RemoveEmptyContours(s.indexed ? ChainSegmentsIndexed(list) : ChainSegments(list));
+    pass = s.indexed ? BridgeChainsIndexed(pass, trackOffset) : BridgeChains(pass, trackOffset);
     MoveStartToSharpestCorner(pass);
     for (TPolygon* q = all; q; q = q->next) ClearFlags(*q, kPolygonMark);
     for (TPolygon* q = pass; q; q = q->next) SetFlags(*q, kPolygonMark);

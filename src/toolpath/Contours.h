@@ -14,13 +14,25 @@ struct ContourSettings {
   int passes = 1;          // `MillingNb1`: successive contours
   int padPasses = 0;       // `MillingNb2`: extra contours round the pads
   bool fast = false;       // `FastCalcul`: simplified caps and track tests
+  // The phases find their candidate pairs through a spatial index; false runs the full scans,
+  // which give the same contours and are kept as the reference the index is checked against.
+  bool indexed = true;
+};
+
+// What a calculation did, summed over its passes: for measurements.
+struct ContourStats {
+  long long draftSegments = 0;
+  long long pairsTested = 0;   // intersection pairs whose boxes were compared (indexed only)
+  long long elementTests = 0;  // segment-element removal tests (indexed only)
+  long long relabels = 0;      // times the working list was labelled afresh (indexed only)
 };
 
 // Offsets of pass `p`: pads grow with every pass, tracks stop at the last normal pass.
 void PassOffsets(const ContourSettings& s, int p, float& padOffset, float& trackOffset);
 
-// The phases, each over its working list. The candidate pairs are every later segment whose
-// box overlaps; the tests are those of the calculator.
+// The phases, each over its working list, by full scans: the reference. The candidate pairs are
+// every later segment whose box overlaps; the tests are those of ContourPredicates.h. The
+// indexed phases (ContourPhasesIndexed.h) give the same results.
 void IntersectionPhase(TSeg* list);
 TSeg* RemovalPhase(const Board& b, int layer, TSeg* list, float padOffset, float trackOffset,
                    bool fast);
@@ -38,7 +50,8 @@ TPolygon* EngravedTrackPaths(const Board& b, int layer);
 
 // The whole calculation of one layer; deletes the layer's contours and hatches first. The
 // counts of `s` are clamped (and stay clamped, for the caller to write back). `platform` may
-// be null; otherwise it hears the phases in the status line.
-void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platform);
+// be null; otherwise it hears the phases in the status line. `stats`, when given, is added to.
+void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platform,
+                       ContourStats* stats = nullptr);
 
 }  // namespace isolith

@@ -1,0 +1,361 @@
+#include "toolpath/ContourPhasesIndexed.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "toolpath/ContourDraft.h"
+#include "toolpath/ContourIndex.h"
+#include "toolpath/ContourPredicates.h"
+#include "toolpath/geometry/Polylines.h"
+#include "toolpath/geometry/Scalars.h"
+#include "toolpath/geometry/Segments.h"
+
+namespace isolith {
+
+namespace {
+
+using contour::SegmentBox;
+
+constexpr float kTol = kNearTolerance;
+// Point look-ups are made this much wider than the 0.01 of NearPoints.
+constexpr double kPointReach = 0.02;
+
+std::vector<TSeg*> Items(TSeg* list) {
+  std::vector<TSeg*> items;
+  for (TSeg* s = list; s; s = s->next) items.push_back(s);
+  return items;
+}
+
+IndexBox PointBox(float x, float y) {
+  return {x, y, x, y};
+}
+
+// The region of a set of boxes, its non-finite ones left out.
+class Region {
+ public:
+  void Add(const IndexBox& b) {
+    if (!IsFinite(b)) return;
+    box_ = any_ ? Union(box_, b) : b;
+    any_ = true;
+  }
+  const IndexBox& Box() const { return box_; }
+  double Area() const { return (double(box_.x2) - box_.x1) * (double(box_.y2) - box_.y1); }
+
+ private:
+  IndexBox box_;
+  bool any_ = false;
+};
+
+// A grid over both ends of every segment.
+BoxGrid EndGrid(const std::vector<TSeg*>& items) {
+  Region region;
+  for (const TSeg* s : items) {
+    region.Add(PointBox(s->x1, s->y1));
+    region.Add(PointBox(s->x2, s->y2));
+  }
+  BoxGrid grid(region.Box(), 2 * items.size());
+  for (size_t i = 0; i < items.size(); ++i) {
+    grid.Insert(static_cast<int>(i), PointBox(items[i]->x1, items[i]->y1));
+    grid.Insert(static_cast<int>(i), PointBox(items[i]->x2, items[i]->y2));
+  }
+  return grid;
+}
+
+}  // namespace
+
+void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats) {
+  if (!list) return;
+  std::vector<TSeg*> segs = Items(list);
+  ListOrder order(segs.size());
+  // The box each segment is registered with; it always holds the segment's widened box.
+  std::vector<IndexBox> registered;
+  Region region;
+  for (const TSeg* s : segs) {
+    registered.push_back(SegmentBox(*s, kTol));
+    region.Add(registered.back());
+  }
+  BoxGrid grid(region.Box(), segs.size());
+  for (size_t i = 0; i < segs.size(); ++i) grid.Insert(static_cast<int>(i), registered[i]);
+
+  // After a split of `parent`: its new piece joins the order and the grid, and the parent
+  // stays registered round its new box.
+  auto split = [&](int parent) {
+    const int id = order.InsertBehind(parent);
+    segs.push_back(segs[parent]->next);
+    registered.push_back(SegmentBox(*segs[id], kTol));
+    grid.Insert(id, registered[id]);
+    const IndexBox now = SegmentBox(*segs[parent], kTol);
+    if (!Contains(registered[parent], now)) {
+      registered[parent] = Union(registered[parent], now);
+      grid.Insert(parent, now);
+    }
+  };
+  auto byLabel = [&](int p, int q) { return order.Before(p, q); };
+
+  long long pairs = 0;
+  std::vector<int> candidates;
+  for (int a = 0; a >= 0; a = order.Next(a)) {
+    TSeg* A = segs[a];
+    IndexBox boxA = SegmentBox(*A, kTol);
+    IndexBox query = boxA;
+    // Everything after A whose box may meet A's: A's box only shrinks along the walk.
+    auto gather = [&](int after) {
+      const uint64_t done = order.Label(a), seen = order.Label(after);
+      grid.Query(query, [&](int id) {
+        const uint64_t l = order.Label(id);
+        if (l < done) return false;  // walked already, and never met again
+        if (l > seen) candidates.push_back(id);
+        return true;
+      });
+    };
+    candidates.clear();
+    gather(a);
+    std::sort(candidates.begin(), candidates.end(), byLabel);
+    size_t next = 0;
+    while (next < candidates.size()) {
+      int b = candidates[next++];
+      bool escaped = false;
+      // B, then the pieces cut from it, which stand directly behind it and come next.
+      for (;;) {
+        ++pairs;
+        TSeg* B = segs[b];
+        bool cutB = false;
+        if (contour::Overlap(boxA, SegmentBox(*B, kTol))) {
+          float x, y;
+          if (IntersectSegments(A->x1, A->y1, A->x2, A->y2, B->x1, B->y1, B->x2, B->y2, x, y,
+                                kTol) == kOnBoth) {
+            // After a split, A's box is taken again from its ends, without the margin.
+            if (contour::SplitAt(A, x, y)) {
+              split(a);
+              boxA = SegmentBox(*A, 0);
+              escaped = escaped || !Contains(query, boxA);
+            }
+            if (contour::SplitAt(B, x, y)) {
+              split(b);
+              cutB = true;
+            }
+          }
+        }
+        if (!cutB) break;
+        b = order.Next(b);
+      }
+      if (escaped) {
+        // Rounding took A's box out of the box it was looked up with: look up the rest of the
+        // walk again in a box holding both.
+        query = IsFinite(boxA) ? Union(query, boxA) : boxA;
+        candidates.erase(candidates.begin(), candidates.begin() + static_cast<long>(next));
+        next = 0;
+        gather(b);
+        std::sort(candidates.begin(), candidates.end(), byLabel);
+        candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+      }
+    }
+  }
+  if (stats) {
+    stats->pairsTested += pairs;
+    stats->relabels += static_cast<long long>(order.Relabels());
+  }
+}
+
+TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset, float trackOffset,
+                          bool fast, ContourStats* stats) {
+  struct Element {
+    const TTrack* track;
+    const TPad* pad;
+  };
+  std::vector<Element> elements;
+  Region region;
+  for (const TTrack* t = b.Tracks[layer]; t; t = t->next) {
+    if (IsExcluded(t->flags)) continue;
+    elements.push_back({t, nullptr});
+    region.Add({std::min(t->x1, t->x2), std::min(t->y1, t->y2), std::max(t->x1, t->x2),
+                std::max(t->y1, t->y2)});
+  }
+  for (const TPad* p = b.Pads[layer]; p; p = p->next) {
+    if (IsExcluded(p->flags)) continue;
+    elements.push_back({nullptr, p});
+    region.Add(PointBox(p->x, p->y));
+  }
+  // Tracks are registered in pieces about a cell long, so that a long diagonal one is not met
+  // all over its box.
+  const double piece = std::sqrt(std::max(region.Area(), 0.0) /
+                                 static_cast<double>(std::max<size_t>(elements.size(), 1)));
+  BoxGrid grid(region.Box(), elements.size());
+  std::vector<int> everywhere;
+  std::vector<IndexBox> boxes;
+  for (size_t i = 0; i < elements.size(); ++i) {
+    const Element& e = elements[i];
+    boxes.clear();
+    contour::Reach reach;
+    if (e.track) {
+      reach = contour::TrackReach(b, layer, *e.track, trackOffset, piece, boxes);
+    } else {
+      boxes.emplace_back();
+      reach = contour::PadReach(b, layer, *e.pad, padOffset, boxes.back());
+    }
+    if (reach == contour::Reach::kEverywhere) everywhere.push_back(static_cast<int>(i));
+    if (reach != contour::Reach::kBoxes) continue;
+    for (const IndexBox& box : boxes) grid.Insert(static_cast<int>(i), box);
+  }
+
+  long long tests = 0;
+  auto rejects = [&](int id, const TSeg& s, float mx, float my) {
+    ++tests;
+    const Element& e = elements[id];
+    return e.track ? contour::TrackRejects(b, layer, *e.track, s, mx, my, trackOffset, fast)
+                   : contour::PadRejects(b, layer, *e.pad, s, mx, my, padOffset);
+  };
+  TSeg** link = &list;
+  while (*link) {
+    TSeg* s = *link;
+    float mx, my;
+    contour::Midpoint(*s, mx, my);
+    bool rejected = false;
+    for (int id : everywhere)
+      if (rejects(id, *s, mx, my)) {
+        rejected = true;
+        break;
+      }
+    // The midpoint lies within the box of the ends; so do the ends.
+    if (!rejected)
+      grid.Query(SegmentBox(*s, 0), [&](int id) {
+        if (!rejected && rejects(id, *s, mx, my)) rejected = true;
+        return true;
+      });
+    if (rejected) {
+      *link = s->next;
+      delete s;
+    } else {
+      link = &s->next;
+    }
+  }
+  if (stats) stats->elementTests += tests;
+  return list;
+}
+
+TSeg* RemoveDuplicateSegmentsIndexed(TSeg* list) {
+  // A segment stays when no earlier segment that stayed has the same ends: the full scan's
+  // outcome, since each of its walks starts from a segment that stayed.
+  std::vector<TSeg*> items = Items(list);
+  Region region;
+  for (const TSeg* s : items) {
+    region.Add(PointBox(s->x1, s->y1));
+    region.Add(PointBox(s->x2, s->y2));
+  }
+  BoxGrid kept(region.Box(), 2 * items.size());
+  TSeg** link = &list;
+  for (size_t i = 0; i < items.size(); ++i) {
+    TSeg* s = items[i];
+    bool same = false;
+    // Any earlier segment with the same ends has one of them near S's first end.
+    kept.Query(Grown(PointBox(s->x1, s->y1), kPointReach), [&](int id) {
+      same = same || contour::SameEnds(*items[id], *s);
+      return true;
+    });
+    if (same) {
+      *link = s->next;
+      delete s;
+      continue;
+    }
+    kept.Insert(static_cast<int>(i), PointBox(s->x1, s->y1));
+    kept.Insert(static_cast<int>(i), PointBox(s->x2, s->y2));
+    link = &s->next;
+  }
+  return list;
+}
+
+TPolygon* ChainSegmentsIndexed(TSeg* list) {
+  std::vector<TSeg*> items = Items(list);
+  BoxGrid remaining = EndGrid(items);
+  TPolygon* head = nullptr;
+  TPolygon* tail = nullptr;
+  size_t first = 0;
+  auto consume = [&](size_t i) {
+    remaining.Remove(static_cast<int>(i));
+    delete std::exchange(items[i], nullptr);
+  };
+  for (;;) {
+    while (first < items.size() && !items[first]) ++first;
+    if (first == items.size()) break;
+    auto* poly = new TPolygon;
+    AppendTo(head, tail, poly);
+    TXY* last = nullptr;
+    AppendPoint(*poly, last, items[first]->x1, items[first]->y1);
+    AppendPoint(*poly, last, items[first]->x2, items[first]->y2);
+    consume(first);
+    for (;;) {
+      // The first remaining segment in list order that fits either end of the chain.
+      int best = -1, bestFit = 0;
+      auto consider = [&](int id) {
+        if (best >= 0 && id > best) return true;
+        const int fit = contour::ChainFit(*items[id], *poly->first, *last);
+        if (fit) best = id, bestFit = fit;
+        return true;
+      };
+      remaining.Query(Grown(PointBox(last->x, last->y), kPointReach), consider);
+      remaining.Query(Grown(PointBox(poly->first->x, poly->first->y), kPointReach), consider);
+      if (best < 0) break;
+      contour::ExtendChain(*poly, last, *items[best], bestFit);
+      consume(static_cast<size_t>(best));
+    }
+  }
+  return head;
+}
+
+TPolygon* BridgeChainsIndexed(TPolygon* list, float trackOffset) {
+  const float t = trackOffset;
+  const float reach = static_cast<float>(0.5 * t);
+  std::vector<TPolygon*> polys;
+  std::vector<TXY*> lasts;
+  Region region;
+  for (TPolygon* p = list; p; p = p->next) {
+    polys.push_back(p);
+    lasts.push_back(LastPoint(*p));
+    if (p->first) region.Add(PointBox(p->first->x, p->first->y));
+  }
+  // The first vertices, where a chain can be joined on.
+  BoxGrid starts(region.Box(), polys.size());
+  for (size_t i = 0; i < polys.size(); ++i)
+    if (polys[i]->first)
+      starts.Insert(static_cast<int>(i), PointBox(polys[i]->first->x, polys[i]->first->y));
+  auto nearClosed = [&](size_t i) {
+    const TXY* first = polys[i]->first;
+    return first && NearPoints(first->x, first->y, lasts[i]->x, lasts[i]->y, t);
+  };
+  bool joined = false;
+  for (size_t a = 0; a < polys.size(); ++a) {
+    // The full scan starts over after each join, but the chains before A still find nothing:
+    // a join only takes a chain away or closes A. So it goes on with A itself.
+    while (polys[a] && polys[a]->first && !nearClosed(a)) {
+      const TXY* last = lasts[a];
+      int best = -1;
+      starts.Query(Grown(PointBox(last->x, last->y), double(reach) + kPointReach), [&](int id) {
+        const size_t b = static_cast<size_t>(id);
+        if (b == a || (best >= 0 && id > best) || nearClosed(b)) return true;
+        const TXY* first = polys[b]->first;
+        if (NearPoints(last->x, last->y, first->x, first->y, reach)) best = id;
+        return true;
+      });
+      if (best < 0) break;
+      lasts[a]->next = std::exchange(polys[best]->first, nullptr);
+      lasts[a] = lasts[best];
+      starts.Remove(best);
+      delete std::exchange(polys[best], nullptr);
+      joined = true;
+    }
+  }
+  // The list as it stands, without the chains taken; the full scan's cleaning after a join
+  // also drops paths of a single vertex.
+  TPolygon* head = nullptr;
+  TPolygon* tail = nullptr;
+  for (TPolygon* p : polys) {
+    if (!p) continue;
+    p->next = nullptr;
+    AppendTo(head, tail, p);
+  }
+  return joined ? RemoveEmptyContours(head) : head;
+}
+
+}  // namespace isolith
