@@ -41,7 +41,7 @@ IndexBox Grown(const IndexBox& b, double margin) {
           Upper(double(b.y2) + margin)};
 }
 
-BoxGrid::BoxGrid(const IndexBox& region, size_t expected) {
+BoxGrid::BoxGrid(const IndexBox& region, size_t expected, double density) {
   double w = 0, h = 0;
   if (IsFinite(region)) {
     x0_ = region.x1;
@@ -50,13 +50,14 @@ BoxGrid::BoxGrid(const IndexBox& region, size_t expected) {
     h = std::max(0.0, double(region.y2) - region.y1);
   }
   const double n = std::max<double>(1, static_cast<double>(expected));
-  double cell = std::sqrt(w * h / n);
+  double cell = std::sqrt(w * h * std::max(density, 1e-3) / n);
   cell = std::max(cell, std::max(w, h) / kMaxCellsPerAxis);
   if (!(cell > 0) || !std::isfinite(cell)) cell = std::max(1.0, std::max(w, h));
   // Levels down to a grid of at most two cells on each side.
   for (;;) {
     Level l;
     l.cell = cell;
+    l.inverse = 1 / cell;
     l.nx = static_cast<int>(std::min(w / cell, kMaxCellsPerAxis)) + 1;
     l.ny = static_cast<int>(std::min(h / cell, kMaxCellsPerAxis)) + 1;
     l.cells.resize(static_cast<size_t>(l.nx) * l.ny);
@@ -68,12 +69,12 @@ BoxGrid::BoxGrid(const IndexBox& region, size_t expected) {
 }
 
 int BoxGrid::CellX(const Level& l, double x) const {
-  const double c = std::floor((x - x0_) / l.cell);
+  const double c = std::floor((x - x0_) * l.inverse);
   return c <= 0 ? 0 : c >= l.nx - 1 ? l.nx - 1 : static_cast<int>(c);
 }
 
 int BoxGrid::CellY(const Level& l, double y) const {
-  const double c = std::floor((y - y0_) / l.cell);
+  const double c = std::floor((y - y0_) * l.inverse);
   return c <= 0 ? 0 : c >= l.ny - 1 ? l.ny - 1 : static_cast<int>(c);
 }
 
@@ -107,6 +108,7 @@ void BoxGrid::Insert(int id, const IndexBox& box) {
     for (int cy = cy0; cy <= cy1; ++cy)
       for (int cx = cx0; cx <= cx1; ++cx)
         l.cells[static_cast<size_t>(cy) * l.nx + cx].push_back(id);
+    ++l.entries;
     return;
   }
 }

@@ -21,6 +21,10 @@ bool IsFinite(const IndexBox& b);
 // Whether `outer` holds `inner`, bounds included.
 bool Contains(const IndexBox& outer, const IndexBox& inner);
 IndexBox Union(const IndexBox& a, const IndexBox& b);
+// Whether two boxes share a point, bounds included; false when either holds a NaN.
+inline bool Meet(const IndexBox& a, const IndexBox& b) {
+  return a.x1 <= b.x2 && b.x1 <= a.x2 && a.y1 <= b.y2 && b.y1 <= a.y2;
+}
 // The box grown by `margin` on every side, rounded outwards to float.
 IndexBox Grown(const IndexBox& b, double margin);
 
@@ -34,8 +38,9 @@ IndexBox Grown(const IndexBox& b, double margin);
 // non-decreasing function of it, at every level.
 class BoxGrid {
  public:
-  // `region`: where the items mostly lie; `expected`: about how many items there will be.
-  BoxGrid(const IndexBox& region, size_t expected);
+  // `region`: where the items mostly lie; `expected`: about how many items there will be;
+  // `density`: about how many items share a cell of level 0 in an even spread.
+  BoxGrid(const IndexBox& region, size_t expected, double density = 1);
 
   // Registers item `id` (ids are small non-negative numbers) with a box. Registering an id
   // again adds the new box to the old one; a query still hands the item out once.
@@ -50,8 +55,9 @@ class BoxGrid {
 
  private:
   struct Level {
-    double cell = 1;
+    double cell = 1, inverse = 1;
     int nx = 1, ny = 1;
+    size_t entries = 0;  // registrations, removed ones included
     std::vector<std::vector<int>> cells;
   };
 
@@ -126,6 +132,7 @@ void BoxGrid::Query(const IndexBox& box, Visit&& visit) {
   Scan(everywhere_, visit);
   const bool all = !IsFinite(box);
   for (Level& l : levels_) {
+    if (l.entries == 0) continue;
     const int cx0 = all ? 0 : CellX(l, box.x1), cx1 = all ? l.nx - 1 : CellX(l, box.x2);
     const int cy0 = all ? 0 : CellY(l, box.y1), cy1 = all ? l.ny - 1 : CellY(l, box.y2);
     for (int cy = cy0; cy <= cy1; ++cy)

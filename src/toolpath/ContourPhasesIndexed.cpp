@@ -92,30 +92,31 @@ void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats) {
       grid.Insert(parent, now);
     }
   };
-  auto byLabel = [&](int p, int q) { return order.Before(p, q); };
 
   long long pairs = 0;
-  std::vector<int> candidates;
+  // The candidates of a walk with their labels, to be met in list order.
+  std::vector<std::pair<uint64_t, int>> candidates;
   for (int a = 0; a >= 0; a = order.Next(a)) {
     TSeg* A = segs[a];
     IndexBox boxA = SegmentBox(*A, kTol);
     IndexBox query = boxA;
-    // Everything after A whose box may meet A's: A's box only shrinks along the walk.
+    // Everything after A whose box may meet A's: A's box only shrinks along the walk, and a
+    // segment not met yet has not changed since it was registered.
     auto gather = [&](int after) {
       const uint64_t done = order.Label(a), seen = order.Label(after);
       grid.Query(query, [&](int id) {
         const uint64_t l = order.Label(id);
         if (l < done) return false;  // walked already, and never met again
-        if (l > seen) candidates.push_back(id);
+        if (l > seen && Meet(query, registered[id])) candidates.emplace_back(l, id);
         return true;
       });
+      std::sort(candidates.begin(), candidates.end());
     };
     candidates.clear();
     gather(a);
-    std::sort(candidates.begin(), candidates.end(), byLabel);
     size_t next = 0;
     while (next < candidates.size()) {
-      int b = candidates[next++];
+      int b = candidates[next++].second;
       bool escaped = false;
       // B, then the pieces cut from it, which stand directly behind it and come next.
       for (;;) {
@@ -147,8 +148,8 @@ void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats) {
         query = IsFinite(boxA) ? Union(query, boxA) : boxA;
         candidates.erase(candidates.begin(), candidates.begin() + static_cast<long>(next));
         next = 0;
+        for (auto& c : candidates) c.first = order.Label(c.second);  // relabelled meanwhile
         gather(b);
-        std::sort(candidates.begin(), candidates.end(), byLabel);
         candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
       }
     }
@@ -184,21 +185,29 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
                                  static_cast<double>(std::max<size_t>(elements.size(), 1)));
   BoxGrid grid(region.Box(), elements.size());
   std::vector<int> everywhere;
-  std::vector<IndexBox> boxes;
+  // The reach boxes of element i are reach[first[i]] .. reach[first[i + 1] - 1].
+  std::vector<IndexBox> reach;
+  std::vector<size_t> first;
   for (size_t i = 0; i < elements.size(); ++i) {
     const Element& e = elements[i];
-    boxes.clear();
-    contour::Reach reach;
+    first.push_back(reach.size());
+    contour::Reach kind;
     if (e.track) {
-      reach = contour::TrackReach(b, layer, *e.track, trackOffset, piece, boxes);
+      kind = contour::TrackReach(b, layer, *e.track, trackOffset, piece, reach);
     } else {
-      boxes.emplace_back();
-      reach = contour::PadReach(b, layer, *e.pad, padOffset, boxes.back());
+      reach.emplace_back();
+      kind = contour::PadReach(b, layer, *e.pad, padOffset, reach.back());
     }
-    if (reach == contour::Reach::kEverywhere) everywhere.push_back(static_cast<int>(i));
-    if (reach != contour::Reach::kBoxes) continue;
-    for (const IndexBox& box : boxes) grid.Insert(static_cast<int>(i), box);
+    if (kind != contour::Reach::kBoxes) reach.resize(first.back());
+    if (kind == contour::Reach::kEverywhere) everywhere.push_back(static_cast<int>(i));
+    for (size_t k = first.back(); k < reach.size(); ++k) grid.Insert(static_cast<int>(i), reach[k]);
   }
+  first.push_back(reach.size());
+  auto within = [&](int id, const IndexBox& box) {
+    for (size_t k = first[id]; k < first[id + 1]; ++k)
+      if (Meet(reach[k], box)) return true;
+    return false;
+  };
 
   long long tests = 0;
   auto rejects = [&](int id, const TSeg& s, float mx, float my) {
@@ -219,11 +228,13 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
         break;
       }
     // The midpoint lies within the box of the ends; so do the ends.
-    if (!rejected)
-      grid.Query(SegmentBox(*s, 0), [&](int id) {
-        if (!rejected && rejects(id, *s, mx, my)) rejected = true;
+    if (!rejected) {
+      const IndexBox box = SegmentBox(*s, 0);
+      grid.Query(box, [&](int id) {
+        if (!rejected && within(id, box) && rejects(id, *s, mx, my)) rejected = true;
         return true;
       });
+    }
     if (rejected) {
       *link = s->next;
       delete s;
