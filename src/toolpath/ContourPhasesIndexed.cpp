@@ -198,6 +198,12 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
       reach.emplace_back();
       kind = contour::PadReach(b, layer, *e.pad, padOffset, reach.back());
     }
+    // A box that is not finite bounds nothing (an element with an end at infinity still
+    // rejects round its other end): such an element is tested everywhere.
+    if (kind == contour::Reach::kBoxes &&
+        !std::all_of(reach.begin() + static_cast<long>(first.back()), reach.end(),
+                     [](const IndexBox& box) { return IsFinite(box); }))
+      kind = contour::Reach::kEverywhere;
     if (kind != contour::Reach::kBoxes) reach.resize(first.back());
     if (kind == contour::Reach::kEverywhere) everywhere.push_back(static_cast<int>(i));
     for (size_t k = first.back(); k < reach.size(); ++k) grid.Insert(static_cast<int>(i), reach[k]);
@@ -229,9 +235,12 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
       }
     // The midpoint lies within the box of the ends; so do the ends.
     if (!rejected) {
+      // A segment with a coordinate that is not finite may still be rejected through another
+      // of its points: it meets every element.
       const IndexBox box = SegmentBox(*s, 0);
+      const bool bounded = IsFinite(box);
       grid.Query(box, [&](int id) {
-        if (!rejected && within(id, box) && rejects(id, *s, mx, my)) rejected = true;
+        if (!rejected && (!bounded || within(id, box)) && rejects(id, *s, mx, my)) rejected = true;
         return true;
       });
     }
