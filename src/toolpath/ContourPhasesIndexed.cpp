@@ -233,10 +233,10 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
         rejected = true;
         break;
       }
-    // The midpoint lies within the box of the ends; so do the ends.
     if (!rejected) {
-      // A segment with a coordinate that is not finite may still be rejected through another
-      // of its points: it meets every element.
+      // The tested points lie in the box of the segment's ends (the midpoint too). A segment
+      // with a coordinate that is not finite may still be rejected through another of its
+      // points: it meets every element.
       const IndexBox box = SegmentBox(*s, 0);
       const bool bounded = IsFinite(box);
       grid.Query(box, [&](int id) {
