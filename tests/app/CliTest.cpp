@@ -10,34 +10,15 @@
 
 #include "cli/CliInfo.h"
 #include "core/board/Board.h"
+#include "support/TempFolder.h"
 
 namespace isolith {
 namespace {
 
+using test::ReadAll;
+using test::TempFolder;
+
 namespace fs = std::filesystem;
-
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "isolith-cli-XXXXXX").string();
-    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    fs::remove_all(path_, ec);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 struct CliRun {
   int status;

@@ -15,36 +15,17 @@
 #include <vector>
 
 #include "cli/CliMain.h"
+#include "support/TempFolder.h"
 
 namespace isolith {
 namespace {
 
+using test::ReadAll;
+using test::TempFolder;
+
 namespace fs = std::filesystem;
 
 const fs::path kBoards = ISOLITH_FIXTURES;
-
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "isolith-boards-XXXXXX").string();
-    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    fs::remove_all(path_, ec);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-std::string ReadAll(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
 
 // One run of `isolith-cli info --json`, in a fresh program and settings folder of its own.
 struct InfoRun {

@@ -10,27 +10,14 @@
 #include "core/application/WindowTitle.h"
 #include "import/TDialogImport.h"
 #include "support/FakePlatform.h"
+#include "support/TempFolder.h"
 
 namespace isolith {
 namespace {
 
+using test::TempFolder;
+
 namespace fs = std::filesystem;
-
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "isolith-files-XXXXXX").string();
-    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    fs::remove_all(path_, ec);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 void WriteGerber(const std::string& path, int pads) {
   std::ofstream out(path);

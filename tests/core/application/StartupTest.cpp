@@ -11,36 +11,17 @@
 #include "core/application/ConfigFolder.h"
 #include "params/ToolFile.h"
 #include "support/FakePlatform.h"
+#include "support/TempFolder.h"
 
 namespace isolith {
 namespace {
 
+using test::ReadAll;
+using test::TempFolder;
+
 namespace fs = std::filesystem;
 
 // A fresh folder under the system's temporary folder, removed at the end of the test.
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "isolith-app-XXXXXX").string();
-    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    fs::remove_all(path_, ec);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-std::string ReadAll(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::ostringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
 TEST(Startup, InitSettingsCreatesTheFileAndKeepsOverridesOutOfIt) {
   TempFolder program, config;
   test::FakePlatform fake;

@@ -15,6 +15,7 @@
 #include "core/board/BoardOps.h"
 #include "params/ToolForms.h"
 #include "support/FakePlatform.h"
+#include "support/TempFolder.h"
 #include "toolpath/ContourForm.h"
 #include "toolpath/CutPath.h"
 #include "toolpath/CuttingTabs.h"
@@ -23,25 +24,11 @@
 namespace isolith {
 namespace {
 
+using test::TempFolder;
+
 namespace fs = std::filesystem;
 using test::AddPad;
 using test::AddTrack;
-
-class TempFolder {
- public:
-  TempFolder() {
-    std::string pattern = (fs::temp_directory_path() / "isolith-toolpath-XXXXXX").string();
-    path_ = mkdtemp(pattern.data()) ? pattern + "/" : std::string();
-  }
-  ~TempFolder() {
-    std::error_code ec;
-    fs::remove_all(path_, ec);
-  }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 int Count(const std::vector<std::string>& list, const std::string& name) {
   return static_cast<int>(std::count(list.begin(), list.end(), name));
