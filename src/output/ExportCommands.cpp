@@ -64,15 +64,18 @@ void EnsureDrillList(OutputContext& context) {
 
 }  // namespace
 
-std::vector<int> SaveFormats(int productVariant) {
+std::vector<int> SaveFormats(const OutputContext& context) {
+  // A file kind whose writer this program does not have yet is not offered at all.
   std::vector<int> formats;
-  if (productVariant == 0) {
-    formats.push_back(kFormatJobFile);
+  if (context.productVariant == 0) {
+    if (context.writeJobFile) formats.push_back(kFormatJobFile);
     formats.push_back(kFormatOxbel);
   }
   for (int f : {kFormatHpgl, kFormatDxf, kFormatNcp, kFormatIso, kFormatNum, kFormatCamm3,
-                kFormatEgx, kFormatSml, kFormatCbr, kFormatExcellon, kFormatGerberOut})
+                kFormatEgx, kFormatSml, kFormatCbr})
     formats.push_back(f);
+  if (context.writeExcellon) formats.push_back(kFormatExcellon);
+  if (context.writeGerber) formats.push_back(kFormatGerberOut);
   return formats;
 }
 
@@ -140,7 +143,7 @@ void CmdSave(OutputContext& context) {
   if (!CheckOutputTools(context)) return;
   EnsureDrillList(context);
 
-  const std::vector<int> formats = SaveFormats(context.productVariant);
+  const std::vector<int> formats = SaveFormats(context);
   FileRequest request;
   request.folder = settings.ExportPath.empty() ? context.programFolder : settings.ExportPath;
   request.filterIndex = 1;

@@ -9,8 +9,9 @@
 namespace isolith {
 
 // Formats of the "Save..." filter list, in list order (the job file and the Oxbel language
-// first for the suite's module variant 0 only).
-std::vector<int> SaveFormats(int productVariant);
+// first for the suite's module variant 0 only); the job file, Excellon and Gerber only when the
+// context has their writers.
+std::vector<int> SaveFormats(const OutputContext& context);
 
 // True when the active layer has something to write: contours on it, drills, or cut paths.
 bool HasOutput(const Board& board);

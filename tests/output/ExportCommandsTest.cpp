@@ -180,6 +180,10 @@ TEST(CmdSave, FiltersFormatMemoryAndTheWrittenFile) {
   w.settings.ExportFormat = 11;
   w.settings.IsoExtension = "nc";
   const std::string path = w.Path("board.TAP");
+  // Excellon and Gerber are offered only by a program that has their writers.
+  EXPECT_EQ(SaveFormats(w.context).size(), 9u);
+  w.context.writeExcellon = [](const std::string&) { return true; };
+  w.context.writeGerber = [](const std::string&) { return true; };
   w.platform.files.push_back(path);
   CmdSave(w.context);
   ASSERT_EQ(w.platform.fileRequests.size(), 1u);
