@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "core/board/BoardOps.h"
+#include "edit/Transforms.h"
 #include "import/Dialects.h"
 #include "import/DrillOrientation.h"
 #include "import/ExcellonReader.h"
@@ -77,7 +78,7 @@ void Reframe(ImportContext& context) {
   if (context.steps.reframe)
     context.steps.reframe();
   else
-    ReframeJob(context.board);
+    ReframeBoard(context.board);
 }
 
 std::string DigitsText(float digits, char separator) {
