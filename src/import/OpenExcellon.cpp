@@ -15,7 +15,6 @@ namespace isolith {
 
 namespace {
 
-constexpr const char* kLoadError = "An error occurred while loading the file.";
 constexpr const char* kReadingStatus = "Reading the drill file...";
 constexpr size_t kLayerNameChars = 80;
 // The size guess moves by factors of ten; a float's whole range is crossed in fewer steps.

@@ -17,7 +17,6 @@ namespace isolith {
 
 namespace {
 
-constexpr const char* kLoadError = "An error occurred while loading the file.";
 constexpr const char* kIncompleteTitle = "Gerber import";
 constexpr const char* kIncompleteText =
     "One or several plotter aperture definitions are missing in the file.\n"

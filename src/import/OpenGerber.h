@@ -48,6 +48,9 @@ struct ImportContext {
   GerberLoadSteps steps;
 };
 
+// The message of a file that gives nothing to read, under "Error".
+inline constexpr const char* kLoadError = "An error occurred while loading the file.";
+
 enum class LoadResult {
   NotOpened,  // the file could not be opened: nothing happened, no message
   Refused,    // no flash and no draw: the error box, the job untouched
