@@ -174,15 +174,8 @@ struct DrawnMarks {
   bool engravedTrack = false;
 };
 
-// Commands whose behaviour is built (they have a handler in RunCommand). At present:
-//   103 the toolbar's "Reframe", 12015 and 12016 the flips, 12017 and 12018 the quarter turns,
-//   12205 "Rotate pads of &90°", 12002 "&New circuit...", 12003 "&Additional layer...", 12004
-//   "Drills...", 12421..12430 the import scales, 12021..12025 the recent files, 12007 "&Close
-//   layer...", 12008
-//   "&Information...", 12019 "E&xit" (asks the window to close), 12301..12306 the layer rows, 12309
-//   "&Final rendering", 12310 "&Visual grid", 12117 and 12124 the two "Detect when opening file"
-//   toggles, 12440 "Automatic reframing".
-// Every other command of the table is disabled until its handler exists.
+// Commands whose behaviour is built: those that a subject's handler table lists
+// (CommandHandlers.h). Every other command of the table stays disabled until its handler exists.
 bool CommandImplemented(int id);
 
 // The enabling rule of the command table alone: what the model must hold for the command to

@@ -1,5 +1,6 @@
 #include "core/application/ImportSteps.h"
 
+#include "core/application/CommandHandlers.h"
 #include "core/board/BoardOps.h"
 #include "edit/Transforms.h"
 #include "toolpath/CardContour.h"
@@ -27,6 +28,11 @@ ImportContext MakeImportContext(Application& app) {
     CutContext cut{app.board, app.platform, app.settings, app.tools,
                    !(app.AutoStart || app.AutoMill)};
     return DetectCardContour(cut, layer) && !LayerHasContent(app.board, layer);
+  };
+  // A small first layer on a large card: "&Dimensions..." opens, as the menu runs it.
+  steps.dimensions = [&app] {
+    if (const CommandHandler* dimensions = FindCommandHandler(cmd::Dimensions))
+      dimensions->run(app, cmd::Dimensions);
   };
   steps.rebuildDrillTable = [&app] {
     BuildDrillList(app.drillList, app.board, app.settings, app.tools);

@@ -8,9 +8,9 @@
 
 namespace isolith {
 
-// A load context over the application's board, settings and platform. The steps whose
-// commands are not part of the program yet (the pad, track and dimension dialogs that follow a
-// load, and the rebuilding of the drill table) are left empty, and the load skips them.
+// A load context over the application's board, settings and platform. The pad and track
+// dialogs that follow a load with missing aperture definitions are not part of the program yet:
+// those steps are left empty, and the load skips them.
 ImportContext MakeImportContext(Application& app);
 
 }  // namespace isolith
