@@ -29,8 +29,10 @@ ImportContext MakeImportContext(Application& app) {
                    !(app.AutoStart || app.AutoMill)};
     return DetectCardContour(cut, layer) && !LayerHasContent(app.board, layer);
   };
-  // A small first layer on a large card: "&Dimensions..." opens, as the menu runs it.
+  // A small first layer on a large card: "&Dimensions..." opens, as the menu runs it; not in a
+  // run started with AUTOSTART or AUTOMILL, which goes through without a person.
   steps.dimensions = [&app] {
+    if (app.AutoStart || app.AutoMill) return;
     if (const CommandHandler* dimensions = FindCommandHandler(cmd::Dimensions))
       dimensions->run(app, cmd::Dimensions);
   };
