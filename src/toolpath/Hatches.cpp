@@ -7,6 +7,7 @@
 #include "core/platform/Platform.h"
 #include "params/Settings.h"
 #include "toolpath/ContourDraft.h"
+#include "toolpath/ContourPhasesIndexed.h"
 #include "toolpath/Contours.h"
 #include "toolpath/SegmentList.h"
 #include "toolpath/geometry/Polylines.h"
@@ -259,7 +260,7 @@ void CalculateHatches(Board& b, int layer, const HatchSettings& s, const HatchSe
   }
   FreePolygons(keepOut);
   status("Final build-up...");
-  if (TPolygon* paths = ChainSegments(list)) {
+  if (TPolygon* paths = ChainSegmentsIndexed(list)) {
     TPolygon* tail = LastPolygon(b.Hatches[layer]);
     AppendTo(b.Hatches[layer], tail, paths);
   }
