@@ -14,8 +14,8 @@
 #include "core/application/Startup.h"
 #include "ui/MainWindow.h"
 #include "ui/QtPlatform.h"
-#include "ui/dialogs/DialogViews.h"
 #include "ui/SingleInstance.h"
+#include "ui/dialogs/DialogViews.h"
 
 namespace {
 
