@@ -21,6 +21,7 @@
 #include "cli/CliJob.h"
 #include "cli/CliMain.h"
 #include "core/application/Application.h"
+#include "integration/SvgGroups.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"
 #include "toolpath/ContourDraft.h"
@@ -33,36 +34,9 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempFolder;
 
-struct Pt {
-  double x, y;
-};
-using Path = std::vector<Pt>;
-
-// The polylines of each group of an SVG that the program wrote, by class and layer ("pads0").
-// A plain scan: the files hold hundreds of thousands of points.
-std::map<std::string, std::vector<Path>> ReadSvgGroups(const std::string& svg) {
-  std::map<std::string, std::vector<Path>> groups;
-  std::string current;
-  const std::string group = "<g class=\"", layer = "data-layer=\"", line = "<polyline points=\"";
-  for (size_t at = svg.find('<'); at != std::string::npos; at = svg.find('<', at + 1)) {
-    if (svg.compare(at, group.size(), group) == 0) {
-      const size_t start = at + group.size();
-      current = svg.substr(start, svg.find('"', start) - start);
-      const size_t end = svg.find('>', at);
-      const size_t l = svg.find(layer, at);
-      if (l < end) current += svg.substr(l + layer.size(), 1);
-    } else if (svg.compare(at, line.size(), line) == 0) {
-      const size_t start = at + line.size();
-      std::istringstream in(svg.substr(start, svg.find('"', start) - start));
-      Path path;
-      double x, y;
-      char comma;
-      while (in >> x >> comma >> y) path.push_back({x, y});
-      groups[current].push_back(std::move(path));
-    }
-  }
-  return groups;
-}
+using Pt = test::SvgPt;
+using Path = test::SvgPath;
+using test::ReadSvgGroups;
 
 double SegmentDistance(Pt p, Pt a, Pt b) {
   const double dx = b.x - a.x, dy = b.y - a.y, len2 = dx * dx + dy * dy;
