@@ -19,6 +19,7 @@
 #include "QtTestApp.h"
 #include "core/board/Board.h"
 #include "output/ExportDialogs.h"
+#include "output/OutputFormatForm.h"
 #include "output/postprocessor/PostProcessorForm.h"
 #include "support/FakePlatform.h"
 #include "toolpath/ContourForm.h"
@@ -26,6 +27,7 @@
 #include "toolpath/HatchForm.h"
 #include "ui/dialogs/DialogViews.h"
 #include "ui/dialogs/TDialogContourView.h"
+#include "ui/dialogs/TDialogCopOutputView.h"
 #include "ui/dialogs/TDialogHatchView.h"
 #include "ui/dialogs/TDialogMillLayersView.h"
 #include "ui/dialogs/TDialogPostProView.h"
@@ -77,10 +79,34 @@ TEST(ToolpathViews, EveryFormOfTheGroupHasItsView) {
   test::QtTestApp();
   QtPlatform platform;
   RegisterDialogViews(platform);
-  for (const char* name :
-       {"TDialogContour", "TDialogHatch", "TDialogCut", "TDialogTabs", "TDialogDrillList",
-        "TDialogExport", "TDialogExpMill", "TDialogMillLayers", "TDialogPostPro"})
+  for (const char* name : {"TDialogContour", "TDialogHatch", "TDialogCut", "TDialogTabs",
+                           "TDialogDrillList", "TDialogExport", "TDialogExpMill",
+                           "TDialogMillLayers", "TDialogPostPro", "TDialogCopOutput"})
     EXPECT_TRUE(platform.HasView(name)) << name;
+}
+
+TEST(ToolpathViews, OutputDataFormatChoosesAFormatRefusesABadScaleThenWritesBack) {
+  test::FakePlatform platform;
+  Settings settings;
+  TPostProcessor pp;
+  TDialogCopOutput form(settings, pp, "", "board", nullptr, '.');
+  const bool ok = RunView(TDialogCopOutputView, form, platform, [&](QDialog& dialog) {
+    // Choosing HPGL (the list's first entry) gives the file its extension.
+    QComboBox* format = Find<QComboBox>(dialog, "format");
+    format->setCurrentIndex(0);
+    EXPECT_TRUE(Find<QLineEdit>(dialog, "file")->text().endsWith(".plt"));
+    EXPECT_FALSE(Find<QPushButton>(dialog, "editPostProcessor")->isEnabled());
+    Type(dialog, "scaleZ", "5000");
+    Press(dialog, QDialogButtonBox::Ok);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_EQ(platform.messages.size(), 1u);
+    EXPECT_EQ(Find<QLineEdit>(dialog, "scaleZ")->selectedText(), QStringLiteral("5000"));
+    Type(dialog, "scaleZ", "2");
+    Press(dialog, QDialogButtonBox::Ok);
+  });
+  EXPECT_TRUE(ok);
+  EXPECT_EQ(settings.MachineFormat, 2);
+  EXPECT_FLOAT_EQ(settings.MachineScaleZ, 2);
 }
 
 TEST(ToolpathViews, SetContoursRefusesKeepsOpenThenWritesBack) {

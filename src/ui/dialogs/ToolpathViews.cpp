@@ -1,5 +1,6 @@
 #include "ui/dialogs/DialogViews.h"
 #include "ui/dialogs/TDialogContourView.h"
+#include "ui/dialogs/TDialogCopOutputView.h"
 #include "ui/dialogs/TDialogCutView.h"
 #include "ui/dialogs/TDialogDrillListView.h"
 #include "ui/dialogs/TDialogExpMillView.h"
@@ -21,6 +22,7 @@ void RegisterToolpathViews(QtPlatform& platform) {
   platform.RegisterView("TDialogExpMill", TDialogExpMillView);
   platform.RegisterView("TDialogMillLayers", TDialogMillLayersView);
   platform.RegisterView("TDialogPostPro", TDialogPostProView);
+  platform.RegisterView("TDialogCopOutput", TDialogCopOutputView);
 }
 
 }  // namespace isolith

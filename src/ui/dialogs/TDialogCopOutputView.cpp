@@ -1,0 +1,162 @@
+#include "ui/dialogs/TDialogCopOutputView.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+#include "output/OutputFormatForm.h"
+#include "ui/dialogs/ToolpathViewKit.h"
+
+namespace isolith {
+
+using namespace pathviews;
+
+bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent) {
+  auto* form = dynamic_cast<TDialogCopOutput*>(&base);
+  if (!form) return false;
+  FormDialog dialog(parent, TDialogCopOutput::kTitle);
+
+  auto* formatRow = new QHBoxLayout;
+  auto* format = new QComboBox;
+  format->setObjectName("format");
+  auto* edit = new QPushButton(QStringLiteral(">"));
+  edit->setObjectName("editPostProcessor");
+  formatRow->addWidget(FieldLabel("&Format :", format));
+  formatRow->addWidget(format, 1);
+  formatRow->addWidget(edit);
+  dialog.Body()->addLayout(formatRow);
+
+  QRadioButton* sections = RadioButton(TDialogCopOutput::kSectionsText, form->sections, "sections");
+  QRadioButton* layer = RadioButton(TDialogCopOutput::kLayerText, !form->sections, "layer");
+  QCheckBox* arcs = CheckBox(TDialogCopOutput::kArcsText, form->arcs, "arcs");
+  dialog.Body()->addWidget(sections);
+  dialog.Body()->addWidget(layer);
+  dialog.Body()->addWidget(arcs);
+
+  QLineEdit* scaleXY = NumberField(form->scaleXY, "scaleXY");
+  QLineEdit* scaleZ = NumberField(form->scaleZ, "scaleZ");
+  QLineEdit* scaleVxy = NumberField(form->scaleVxy, "scaleVxy");
+  QLineEdit* scaleVz = NumberField(form->scaleVz, "scaleVz");
+  auto* scales = new QGroupBox(QStringLiteral("Machine scales"));
+  auto* scaleGrid = new QGridLayout(scales);
+  scaleGrid->addWidget(FieldLabel("&XY scale :", scaleXY), 0, 0);
+  scaleGrid->addWidget(scaleXY, 0, 1);
+  scaleGrid->addWidget(FieldLabel("&Z scale :", scaleZ), 0, 2);
+  scaleGrid->addWidget(scaleZ, 0, 3);
+  scaleGrid->addWidget(FieldLabel("XY &speed scale :", scaleVxy), 1, 0);
+  scaleGrid->addWidget(scaleVxy, 1, 1);
+  scaleGrid->addWidget(FieldLabel("Z s&peed scale :", scaleVz), 1, 2);
+  scaleGrid->addWidget(scaleVz, 1, 3);
+  dialog.Body()->addWidget(scales);
+
+  QLineEdit* clearHeight = NumberField(form->clearHeight, "clearHeight");
+  QLineEdit* zeroHeight = NumberField(form->zeroHeight, "zeroHeight");
+  QLineEdit* clearSpeed = NumberField(form->clearSpeed, "clearSpeed");
+  auto* clearance = new QGridLayout;
+  clearance->addWidget(FieldLabel("Tool clearance &height :", clearHeight), 0, 0);
+  clearance->addWidget(clearHeight, 0, 1);
+  clearance->addWidget(FieldLabel("Surface contact &margin :", zeroHeight), 1, 0);
+  clearance->addWidget(zeroHeight, 1, 1);
+  clearance->addWidget(FieldLabel("Cleared tool &rapid speed :", clearSpeed), 2, 0);
+  clearance->addWidget(clearSpeed, 2, 1);
+  dialog.Body()->addLayout(clearance);
+
+  auto* file = new QLineEdit;
+  file->setObjectName("file");
+  auto* run = new QLineEdit;
+  run->setObjectName("run");
+  auto* output = new QGridLayout;
+  output->addWidget(FieldLabel("Create &file", file), 0, 0);
+  output->addWidget(file, 0, 1);
+  output->addWidget(FieldLabel("then &execute", run), 1, 0);
+  output->addWidget(run, 1, 1);
+  dialog.Body()->addLayout(output);
+
+  // The form's values into the widgets, and back.
+  auto show = [&] {
+    const QSignalBlocker quiet(format);
+    format->clear();
+    for (const TOutputFormatChoice& choice : form->formats) {
+      format->addItem(ToQ(choice.label), choice.code);
+      if (choice.code == form->format) format->setCurrentIndex(format->count() - 1);
+    }
+    edit->setEnabled(form->PostProcessorEnabled());
+    (form->sections ? sections : layer)->setChecked(true);
+    arcs->setChecked(form->arcs);
+    scaleXY->setText(ToQ(form->scaleXY));
+    scaleZ->setText(ToQ(form->scaleZ));
+    scaleVxy->setText(ToQ(form->scaleVxy));
+    scaleVz->setText(ToQ(form->scaleVz));
+    clearHeight->setText(ToQ(form->clearHeight));
+    zeroHeight->setText(ToQ(form->zeroHeight));
+    clearSpeed->setText(ToQ(form->clearSpeed));
+    file->setText(ToQ(form->file));
+    run->setText(ToQ(form->run));
+  };
+  auto take = [&] {
+    form->format = format->currentData().toInt();
+    form->sections = sections->isChecked();
+    form->arcs = arcs->isChecked();
+    form->scaleXY = FromQ(scaleXY->text());
+    form->scaleZ = FromQ(scaleZ->text());
+    form->scaleVxy = FromQ(scaleVxy->text());
+    form->scaleVz = FromQ(scaleVz->text());
+    form->clearHeight = FromQ(clearHeight->text());
+    form->zeroHeight = FromQ(zeroHeight->text());
+    form->clearSpeed = FromQ(clearSpeed->text());
+    form->file = FromQ(file->text());
+    form->run = FromQ(run->text());
+  };
+  show();
+
+  QObject::connect(format, &QComboBox::currentIndexChanged, &dialog, [&](int) {
+    take();
+    form->ChooseFormat(form->format);
+    show();
+  });
+  QObject::connect(edit, &QPushButton::clicked, &dialog, [&] {
+    take();
+    if (form->EditPostProcessor(platform)) show();
+  });
+  format->setFocus();
+
+  dialog.acceptRule = [&] {
+    take();
+    if (form->Accept(platform)) return true;
+    switch (form->focus) {
+      case TDialogCopOutput::kScaleXY:
+        FocusField(scaleXY);
+        break;
+      case TDialogCopOutput::kScaleZ:
+        FocusField(scaleZ);
+        break;
+      case TDialogCopOutput::kScaleVxy:
+        FocusField(scaleVxy);
+        break;
+      case TDialogCopOutput::kScaleVz:
+        FocusField(scaleVz);
+        break;
+      case TDialogCopOutput::kClearHeight:
+        FocusField(clearHeight);
+        break;
+      case TDialogCopOutput::kZeroHeight:
+        FocusField(zeroHeight);
+        break;
+      case TDialogCopOutput::kClearSpeed:
+        FocusField(clearSpeed);
+        break;
+      default:
+        break;
+    }
+    return false;
+  };
+  return dialog.Run();
+}
+
+}  // namespace isolith
