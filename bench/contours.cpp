@@ -15,8 +15,8 @@
 #include <string>
 #include <vector>
 
-#include "core/application/Application.h"
-#include "core/application/ImportSteps.h"
+#include "commands/Application.h"
+#include "commands/ImportSteps.h"
 #include "core/board/BoardOps.h"
 #include "core/platform/ConsolePlatform.h"
 #include "toolpath/ContourDraft.h"

@@ -1,9 +1,9 @@
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "core/application/ConfigFolder.h"
+#include "commands/ConfigFolder.h"
 #include "core/board/BoardOps.h"
 #include "edit/Transforms.h"
 #include "params/ToolFile.h"

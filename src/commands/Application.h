@@ -6,8 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "core/application/CommandTable.h"
-#include "core/application/ToolpathSession.h"
+#include "commands/CommandTable.h"
+#include "commands/ToolpathSession.h"
 #include "core/board/Board.h"
 #include "core/platform/Platform.h"
 #include "import/OpenExcellon.h"

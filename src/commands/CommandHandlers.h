@@ -5,7 +5,7 @@
 
 #include <span>
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

@@ -1,4 +1,4 @@
-#include "core/application/CommandTable.h"
+#include "commands/CommandTable.h"
 
 #include <algorithm>
 #include <array>

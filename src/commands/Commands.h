@@ -1,7 +1,7 @@
 // Running a command by its id, and the keys and clicks that the application answers itself.
 #pragma once
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

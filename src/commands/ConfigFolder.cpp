@@ -1,4 +1,4 @@
-#include "core/application/ConfigFolder.h"
+#include "commands/ConfigFolder.h"
 
 #include <unistd.h>
 

@@ -1,6 +1,6 @@
-#include "core/application/ImportSteps.h"
+#include "commands/ImportSteps.h"
 
-#include "core/application/CommandHandlers.h"
+#include "commands/CommandHandlers.h"
 #include "core/board/BoardOps.h"
 #include "edit/Transforms.h"
 #include "toolpath/CardContour.h"

@@ -3,7 +3,7 @@
 // settings, the detections that follow an opening).
 #pragma once
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 #include "import/OpenGerber.h"
 
 namespace isolith {

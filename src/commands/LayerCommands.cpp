@@ -1,4 +1,4 @@
-#include "core/application/LayerCommands.h"
+#include "commands/LayerCommands.h"
 
 #include <utility>
 

@@ -1,7 +1,7 @@
 // Moving between layers, and emptying one.
 #pragma once
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

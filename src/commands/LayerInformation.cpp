@@ -1,4 +1,4 @@
-#include "core/application/LayerInformation.h"
+#include "commands/LayerInformation.h"
 
 #include <array>
 #include <cstdio>

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

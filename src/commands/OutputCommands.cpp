@@ -1,12 +1,12 @@
 // The output commands of the menus.
-#include "core/application/OutputCommands.h"
+#include "commands/OutputCommands.h"
 
 #include <sys/stat.h>
 
 #include <cctype>
 #include <vector>
 
-#include "core/application/CommandHandlers.h"
+#include "commands/CommandHandlers.h"
 #include "edit/Transforms.h"
 #include "output/ExportCommands.h"
 #include "output/OutputFormatForm.h"

@@ -6,7 +6,7 @@
 
 #include <string>
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 #include "output/driver/OutputContext.h"
 
 namespace isolith {

@@ -1,4 +1,4 @@
-#include "core/application/PendingCommands.h"
+#include "commands/PendingCommands.h"
 
 namespace isolith {
 

@@ -1,14 +1,14 @@
-#include "core/application/Startup.h"
+#include "commands/Startup.h"
 
 #include <filesystem>
 #include <system_error>
 
-#include "core/application/CommandLine.h"
-#include "core/application/Commands.h"
-#include "core/application/ConfigFolder.h"
-#include "core/application/ImportSteps.h"
-#include "core/application/OutputCommands.h"
-#include "core/application/ToolpathCommands.h"
+#include "commands/CommandLine.h"
+#include "commands/Commands.h"
+#include "commands/ConfigFolder.h"
+#include "commands/ImportSteps.h"
+#include "commands/OutputCommands.h"
+#include "commands/ToolpathCommands.h"
 #include "core/board/BoardOps.h"
 
 namespace isolith {

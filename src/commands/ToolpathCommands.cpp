@@ -1,7 +1,7 @@
 // The toolpath commands of the menus.
-#include "core/application/ToolpathCommands.h"
+#include "commands/ToolpathCommands.h"
 
-#include "core/application/CommandHandlers.h"
+#include "commands/CommandHandlers.h"
 #include "core/board/BoardOps.h"
 #include "params/ToolForms.h"
 #include "toolpath/CardContour.h"

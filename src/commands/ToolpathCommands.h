@@ -4,7 +4,7 @@
 // must call them: the start-up chain, the board view's clicks and the scripts.
 #pragma once
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

@@ -1,9 +1,9 @@
 // The transform commands of the menus: the dialogs over the card, the origin, the scale and the
 // shift, and the two picks of the reference pad. The flips and quarter turns are immediate and
 // run with the file commands.
-#include "core/application/TransformCommands.h"
+#include "commands/TransformCommands.h"
 
-#include "core/application/CommandHandlers.h"
+#include "commands/CommandHandlers.h"
 #include "core/board/BoardOps.h"
 #include "edit/TransformForms.h"
 #include "edit/Transforms.h"

@@ -2,7 +2,7 @@
 // item ("Plot manually" of "O&rigin"), the reference pad, and the adjustment on it.
 #pragma once
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

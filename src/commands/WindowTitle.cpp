@@ -1,6 +1,6 @@
-#include "core/application/WindowTitle.h"
+#include "commands/WindowTitle.h"
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

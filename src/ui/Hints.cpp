@@ -3,7 +3,7 @@
 #include <array>
 #include <utility>
 
-#include "core/application/CommandTable.h"
+#include "commands/CommandTable.h"
 
 namespace isolith {
 

@@ -11,9 +11,9 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include "core/application/Commands.h"
-#include "core/application/LayerCommands.h"
-#include "core/application/Startup.h"
+#include "commands/Commands.h"
+#include "commands/LayerCommands.h"
+#include "commands/Startup.h"
 #include "core/board/BoardOps.h"
 #include "ui/Hints.h"
 

@@ -8,7 +8,7 @@
 #include <map>
 #include <string>
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 #include "ui/QtPlatform.h"
 
 class QAction;

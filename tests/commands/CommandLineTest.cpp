@@ -1,4 +1,4 @@
-#include "core/application/CommandLine.h"
+#include "commands/CommandLine.h"
 
 #include <gtest/gtest.h>
 

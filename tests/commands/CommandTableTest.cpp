@@ -1,4 +1,4 @@
-#include "core/application/CommandTable.h"
+#include "commands/CommandTable.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <string>
 
 #include "TestBoards.h"
-#include "core/application/PendingCommands.h"
+#include "commands/PendingCommands.h"
 
 namespace isolith {
 namespace {

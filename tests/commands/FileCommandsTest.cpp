@@ -6,8 +6,8 @@
 #include <sstream>
 
 #include "TestBoards.h"
-#include "core/application/Commands.h"
-#include "core/application/WindowTitle.h"
+#include "commands/Commands.h"
+#include "commands/WindowTitle.h"
 #include "import/TDialogImport.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"

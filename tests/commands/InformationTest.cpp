@@ -1,9 +1,9 @@
-#include "core/application/LayerInformation.h"
+#include "commands/LayerInformation.h"
 
 #include <gtest/gtest.h>
 
 #include "TestBoards.h"
-#include "core/application/Commands.h"
+#include "commands/Commands.h"
 #include "support/FakePlatform.h"
 
 namespace isolith {

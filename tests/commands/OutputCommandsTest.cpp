@@ -1,7 +1,7 @@
 // The output commands as the menu runs them: Save, Mill with and without the sections, the tool
 // checks, the Output data format dialog with the user's format, the centering holes with their
 // click, and a failed write that leaves the old file.
-#include "core/application/OutputCommands.h"
+#include "commands/OutputCommands.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
@@ -15,8 +15,8 @@
 #include <string>
 
 #include "TestBoards.h"
-#include "core/application/Commands.h"
-#include "core/application/Startup.h"
+#include "commands/Commands.h"
+#include "commands/Startup.h"
 #include "output/ExportDialogs.h"
 #include "output/OutputFormatForm.h"
 #include "output/postprocessor/PostProcessorForm.h"

@@ -1,4 +1,4 @@
-#include "core/application/Startup.h"
+#include "commands/Startup.h"
 
 #include <gtest/gtest.h>
 
@@ -7,8 +7,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "core/application/Commands.h"
-#include "core/application/ConfigFolder.h"
+#include "commands/Commands.h"
+#include "commands/ConfigFolder.h"
 #include "params/ToolFile.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"

@@ -1,4 +1,4 @@
-#include "core/application/ToolpathCommands.h"
+#include "commands/ToolpathCommands.h"
 
 #include <gtest/gtest.h>
 
@@ -9,9 +9,9 @@
 #include <string>
 
 #include "TestBoards.h"
-#include "core/application/Commands.h"
-#include "core/application/ImportSteps.h"
-#include "core/application/Startup.h"
+#include "commands/Commands.h"
+#include "commands/ImportSteps.h"
+#include "commands/Startup.h"
 #include "core/board/BoardOps.h"
 #include "params/ToolForms.h"
 #include "support/FakePlatform.h"

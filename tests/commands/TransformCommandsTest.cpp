@@ -1,10 +1,10 @@
-#include "core/application/TransformCommands.h"
+#include "commands/TransformCommands.h"
 
 #include <gtest/gtest.h>
 
 #include "TestBoards.h"
-#include "core/application/CommandHandlers.h"
-#include "core/application/Commands.h"
+#include "commands/CommandHandlers.h"
+#include "commands/Commands.h"
 #include "edit/TransformForms.h"
 #include "support/FakePlatform.h"
 

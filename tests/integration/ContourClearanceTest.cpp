@@ -20,7 +20,7 @@
 
 #include "cli/CliJob.h"
 #include "cli/CliMain.h"
-#include "core/application/Application.h"
+#include "commands/Application.h"
 #include "integration/SvgGroups.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"

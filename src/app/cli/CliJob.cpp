@@ -3,8 +3,8 @@
 #include <fstream>
 #include <initializer_list>
 
-#include "core/application/CommandLine.h"
-#include "core/application/ImportSteps.h"
+#include "commands/CommandLine.h"
+#include "commands/ImportSteps.h"
 #include "core/board/BoardOps.h"
 #include "import/ExcellonHeader.h"
 #include "import/ExcellonReader.h"

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "core/application/Application.h"
+#include "commands/Application.h"
 
 namespace isolith {
 

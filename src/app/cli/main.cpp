@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cli/CliMain.h"
-#include "core/application/ConfigFolder.h"
+#include "commands/ConfigFolder.h"
 
 int main(int argc, char** argv) {
   const std::vector<std::string> args(argv + 1, argv + argc);

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "core/application/Application.h"
-#include "core/application/ConfigFolder.h"
-#include "core/application/Startup.h"
+#include "commands/Application.h"
+#include "commands/ConfigFolder.h"
+#include "commands/Startup.h"
 #include "ui/MainWindow.h"
 #include "ui/QtPlatform.h"
 #include "ui/SingleInstance.h"

@@ -7,11 +7,11 @@
 #include <QLineEdit>
 
 #include "toolpath/ContourForm.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 namespace {
 

@@ -11,11 +11,11 @@
 #include <QRadioButton>
 
 #include "output/OutputFormatForm.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<TDialogCopOutput*>(&base);

@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 
 #include "toolpath/CutPath.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 bool TDialogCutView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<TDialogCut*>(&base);

@@ -10,11 +10,11 @@
 #include <array>
 
 #include "toolpath/DrillListForm.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 namespace {
 

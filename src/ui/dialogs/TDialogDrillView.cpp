@@ -16,7 +16,7 @@
 #include <optional>
 
 #include "params/ToolForms.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -86,9 +86,9 @@ bool TDialogDrillView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* engraving = new QGroupBox(QStringLiteral("Engraving"), &dialog);
   auto* eg = new QGridLayout(engraving);
   QComboBox* millingTool = ToolList(engraving, rows, form->millingTool, "millingTool");
-  QLineEdit* millingDepth = NumberField(engraving, form->millingDepth, "millingDepth");
-  QLineEdit* millingMargin = NumberField(engraving, form->millingMargin, "millingMargin");
-  QLineEdit* millingSpeed = NumberField(engraving, form->millingSpeed, "millingSpeed");
+  QLineEdit* millingDepth = NumberField(form->millingDepth, "millingDepth");
+  QLineEdit* millingMargin = NumberField(form->millingMargin, "millingMargin");
+  QLineEdit* millingSpeed = NumberField(form->millingSpeed, "millingSpeed");
   AddFieldRow(eg, 0, "&Engraving tool :", millingTool, {}, 4);
   AddFieldRow(eg, 1, "Depth :", millingDepth, length);
   AddFieldRow(eg, 2, "Margin :", millingMargin, length);
@@ -105,9 +105,9 @@ bool TDialogDrillView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* hatching = new QGroupBox(QStringLiteral("Hatching"), &dialog);
   auto* hg = new QGridLayout(hatching);
   QComboBox* hatchingTool = ToolList(hatching, rows, form->hatchingTool, "hatchingTool");
-  QLineEdit* hatchingDepth = NumberField(hatching, form->hatchingDepth, "hatchingDepth");
-  QLineEdit* hatchingMargin = NumberField(hatching, form->hatchingMargin, "hatchingMargin");
-  QLineEdit* hatchingSpeed = NumberField(hatching, form->hatchingSpeed, "hatchingSpeed");
+  QLineEdit* hatchingDepth = NumberField(form->hatchingDepth, "hatchingDepth");
+  QLineEdit* hatchingMargin = NumberField(form->hatchingMargin, "hatchingMargin");
+  QLineEdit* hatchingSpeed = NumberField(form->hatchingSpeed, "hatchingSpeed");
   AddFieldRow(hg, 0, "&Hatching tool :", hatchingTool, {}, 4);
   AddFieldRow(hg, 1, "Depth :", hatchingDepth, length);
   AddFieldRow(hg, 2, "Margin :", hatchingMargin, length);
@@ -125,8 +125,8 @@ bool TDialogDrillView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* cg = new QGridLayout(cutting);
   QComboBox* cuttingTool = ToolList(cutting, rows, form->cuttingTool, "cuttingTool");
   QComboBox* plottingTool = ToolList(cutting, rows, form->plottingTool, "plottingTool");
-  QLineEdit* cuttingDepth = NumberField(cutting, form->cuttingDepth, "cuttingDepth");
-  QLineEdit* cuttingSpeed = NumberField(cutting, form->cuttingSpeed, "cuttingSpeed");
+  QLineEdit* cuttingDepth = NumberField(form->cuttingDepth, "cuttingDepth");
+  QLineEdit* cuttingSpeed = NumberField(form->cuttingSpeed, "cuttingSpeed");
   AddFieldRow(cg, 0, "C&utting tool :", cuttingTool, {}, 3);
   AddFieldRow(cg, 1, "Ce&ntering tool :", plottingTool, {}, 3);
   AddFieldRow(cg, 2, "Cutting depth :", cuttingDepth, length);
@@ -143,8 +143,8 @@ bool TDialogDrillView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* drilling = new QGroupBox(QStringLiteral("Drilling"), &dialog);
   auto* dg = new QVBoxLayout(drilling);
   auto* numbers = new QGridLayout;
-  QLineEdit* drillingDepth = NumberField(drilling, form->drillingDepth, "drillingDepth");
-  QLineEdit* boringSpeed = NumberField(drilling, form->boringSpeed, "boringSpeed");
+  QLineEdit* drillingDepth = NumberField(form->drillingDepth, "drillingDepth");
+  QLineEdit* boringSpeed = NumberField(form->boringSpeed, "boringSpeed");
   AddFieldRow(numbers, 0, "Drilling &depth :", drillingDepth, length);
   AddFieldRow(numbers, 1, "&Boring speed :", boringSpeed, speedUnit);
   numbers->setColumnStretch(3, 1);
@@ -178,9 +178,9 @@ bool TDialogDrillView(DialogForm& base, Platform& platform, QWidget* parent) {
   }
   set->setContentsMargins(24, 0, 0, 0);
   dg->addLayout(set);
-  QCheckBox* boringDrills = CheckBox(drilling, "Allow circular boring for all drills over",
-                                     form->boringDrills, "boringDrills");
-  QLineEdit* boringThreshold = NumberField(drilling, form->boringThreshold, "boringThreshold");
+  QCheckBox* boringDrills =
+      CheckBox("Allow circular boring for all drills over", form->boringDrills, "boringDrills");
+  QLineEdit* boringThreshold = NumberField(form->boringThreshold, "boringThreshold");
   auto* boring = new QHBoxLayout;
   boring->addSpacing(24);
   boring->addWidget(boringDrills);

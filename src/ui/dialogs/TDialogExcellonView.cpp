@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 #include "import/OpenExcellon.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -54,10 +54,10 @@ bool TDialogExcellonView(DialogForm& base, Platform& platform, QWidget* parent) 
   QButtonGroup* decimalFormat = AddChoiceRow(dialog, grid, 3, "Decimal format :", "a&utomatic",
                                              "pre&defined", form->decimalFormat, "decimalFormat");
   // The digits field stands after "predefined", which it belongs to.
-  QLineEdit* digits = NumberField(&dialog, form->digits, "digits");
+  QLineEdit* digits = NumberField(form->digits, "digits");
   auto* formatRow = qobject_cast<QHBoxLayout*>(grid->itemAtPosition(3, 1)->layout());
   formatRow->addWidget(digits);
-  QCheckBox* keep = CheckBox(&dialog, "Keep as default settings", form->keepAsDefault, "keep");
+  QCheckBox* keep = CheckBox("Keep as default settings", form->keepAsDefault, "keep");
   grid->addWidget(keep, 4, 0, 1, 2);
 
   auto showEnabled = [&] { digits->setEnabled(decimalFormat->checkedId() == 1); };

@@ -7,11 +7,11 @@
 #include <QVBoxLayout>
 
 #include "output/ExportDialogs.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 bool TDialogExpMillView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<TDialogExpMill*>(&base);

@@ -10,11 +10,11 @@
 #include <QVBoxLayout>
 
 #include "output/ExportDialogs.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 bool TDialogExportView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<TDialogExport*>(&base);

@@ -8,11 +8,11 @@
 #include <QVBoxLayout>
 
 #include "toolpath/HatchForm.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "import/TDialogImport.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -20,21 +20,23 @@ bool TDialogImportView(DialogForm& base, Platform& platform, QWidget* parent) {
 
   FormDialog dialog(parent, form->title);
   QGridLayout* grid = FieldGrid(dialog);
-  QLineEdit* scaleIn = NumberField(&dialog, form->scaleIn, "scaleIn");
-  QLineEdit* aperScaleIn = NumberField(&dialog, form->aperScaleIn, "aperScaleIn");
-  QLineEdit* drillScaleIn = NumberField(&dialog, form->drillScaleIn, "drillScaleIn");
+  QLineEdit* scaleIn = NumberField(form->scaleIn, "scaleIn");
+  QLineEdit* aperScaleIn = NumberField(form->aperScaleIn, "aperScaleIn");
+  QLineEdit* drillScaleIn = NumberField(form->drillScaleIn, "drillScaleIn");
   int row = 0;
   AddFieldRow(grid, row++, "XY &co-ordinates :", scaleIn);
   // Drill files have no apertures: their row has no such field.
-  if (form->hasApertures)
+  if (form->hasApertures) {
     AddFieldRow(grid, row++, "&Apertures :", aperScaleIn);
-  else
+  } else {
+    aperScaleIn->setParent(&dialog);
     aperScaleIn->hide();
+  }
   AddFieldRow(grid, row++, "&Drills :", drillScaleIn);
 
-  QCheckBox* flipX = CheckBox(&dialog, "X", form->flipX, "flipX");
-  QCheckBox* flipY = CheckBox(&dialog, "Y", form->flipY, "flipY");
-  QCheckBox* swapXY = CheckBox(&dialog, "X/Y", form->swapXY, "swapXY");
+  QCheckBox* flipX = CheckBox("X", form->flipX, "flipX");
+  QCheckBox* flipY = CheckBox("Y", form->flipY, "flipY");
+  QCheckBox* swapXY = CheckBox("X/Y", form->swapXY, "swapXY");
   auto* flips = new QHBoxLayout;
   for (QCheckBox* box : {flipX, flipY, swapXY}) flips->addWidget(box);
   flips->addStretch();

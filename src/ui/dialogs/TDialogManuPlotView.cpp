@@ -7,7 +7,7 @@
 #include <QVBoxLayout>
 
 #include "toolpath/TDialogManuPlot.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -20,8 +20,8 @@ bool TDialogManuPlotView(DialogForm& base, Platform& platform, QWidget* parent) 
 
   FormDialog dialog(parent, form->title);
   QGridLayout* grid = FieldGrid(dialog);
-  QLineEdit* x = NumberField(&dialog, form->xText, "x");
-  QLineEdit* y = NumberField(&dialog, form->yText, "y");
+  QLineEdit* x = NumberField(form->xText, "x");
+  QLineEdit* y = NumberField(form->yText, "y");
   AddFieldRow(grid, 0, "&X :", x, form->unit);
   AddFieldRow(grid, 1, "&Y :", y, form->unit);
 

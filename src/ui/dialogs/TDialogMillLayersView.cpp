@@ -6,11 +6,11 @@
 #include <array>
 
 #include "output/ExportDialogs.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 namespace {
 

@@ -10,7 +10,7 @@
 
 #include "params/ToolForms.h"
 #include "params/ToolLibrary.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -69,13 +69,13 @@ bool TDialogPcbToolDataView(DialogForm& base, Platform& platform, QWidget* paren
   name->setObjectName("name");
   name->setMaxLength(TDialogPcbToolData::kNameLength);
   name->setMinimumWidth(name->fontMetrics().averageCharWidth() * 36);
-  QLineEdit* diameter = NumberField(&dialog, {}, "diameter");
+  QLineEdit* diameter = NumberField({}, "diameter");
   auto* profile = new QComboBox(&dialog);
   profile->setObjectName("profile");
   for (const std::string& row : TDialogPcbToolData::ProfileRows()) profile->addItem(ToQ(row));
-  QLineEdit* angle = NumberField(&dialog, {}, "angle");
-  QLineEdit* rotation = NumberField(&dialog, {}, "rotation");
-  QLineEdit* speed = NumberField(&dialog, {}, "speed");
+  QLineEdit* angle = NumberField({}, "angle");
+  QLineEdit* rotation = NumberField({}, "rotation");
+  QLineEdit* speed = NumberField({}, "speed");
 
   int row = 0;
   AddFieldRow(grid, row++, "Tool &number :", number);

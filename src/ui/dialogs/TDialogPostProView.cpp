@@ -14,11 +14,11 @@
 #include <map>
 
 #include "output/postprocessor/PostProcessorForm.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 namespace {
 
@@ -300,7 +300,7 @@ QWidget* CoordinatesPage(PostProWidgets& w) {
 bool TDialogPostProView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<Form*>(&base);
   if (!form) return false;
-  FormDialog dialog(parent, Form::kTitle);
+  FormDialog dialog(parent, Form::kTitle, FormDialog::Sizing::Resizable);
 
   PostProWidgets w(*form);
   auto* tabs = new QTabWidget;

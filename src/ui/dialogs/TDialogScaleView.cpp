@@ -8,7 +8,7 @@
 #include <QVBoxLayout>
 
 #include "edit/TransformForms.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -21,12 +21,12 @@ bool TDialogScaleView(DialogForm& base, Platform& platform, QWidget* parent) {
   FormDialog dialog(parent, TDialogScale::kTitle);
   QGridLayout* grid = FieldGrid(dialog);
 
-  QLineEdit* scale = NumberField(&dialog, form->scale, "scale");
+  QLineEdit* scale = NumberField(form->scale, "scale");
   AddFieldRow(grid, 0, TDialogScale::kScaleText, scale);
 
   // The board's new size: width and height side by side, the unit after them.
-  QLineEdit* width = NumberField(&dialog, form->width, "width");
-  QLineEdit* height = NumberField(&dialog, form->height, "height");
+  QLineEdit* width = NumberField(form->width, "width");
+  QLineEdit* height = NumberField(form->height, "height");
   auto* size = new QHBoxLayout;
   size->addWidget(width);
   size->addWidget(new QLabel(QStringLiteral("x"), &dialog));
@@ -38,13 +38,13 @@ bool TDialogScaleView(DialogForm& base, Platform& platform, QWidget* parent) {
   grid->addLayout(size, 1, 1, 1, 2);
 
   QCheckBox* coordinates =
-      CheckBox(&dialog, TDialogScale::kCoordinatesText, form->choice.coordinates, "coordinates");
-  QCheckBox* apertures = CheckBox(&dialog, TDialogScale::kApertureSizesText,
-                                  form->choice.apertureSizes, "apertureSizes");
-  QCheckBox* drills = CheckBox(&dialog, TDialogScale::kDrillDiametersText,
-                               form->choice.drillDiameters, "drillDiameters");
-  QCheckBox* tracks = CheckBox(&dialog, TDialogScale::kTrackThicknessesText,
-                               form->choice.trackThicknesses, "trackThicknesses");
+      CheckBox(TDialogScale::kCoordinatesText, form->choice.coordinates, "coordinates");
+  QCheckBox* apertures =
+      CheckBox(TDialogScale::kApertureSizesText, form->choice.apertureSizes, "apertureSizes");
+  QCheckBox* drills =
+      CheckBox(TDialogScale::kDrillDiametersText, form->choice.drillDiameters, "drillDiameters");
+  QCheckBox* tracks = CheckBox(TDialogScale::kTrackThicknessesText, form->choice.trackThicknesses,
+                               "trackThicknesses");
   drills->setEnabled(form->drillDiametersEnabled);
   for (QCheckBox* box : {coordinates, apertures, drills, tracks}) dialog.Body()->addWidget(box);
 

@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 
 #include "edit/TransformForms.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -18,10 +18,9 @@ bool TDialogShiftView(DialogForm& base, Platform& platform, QWidget* parent) {
 
   FormDialog dialog(parent, TDialogShift::kTitle);
   QGridLayout* grid = FieldGrid(dialog);
-  QLineEdit* dx = NumberField(&dialog, form->dx, "dx");
-  QLineEdit* dy = NumberField(&dialog, form->dy, "dy");
-  QCheckBox* allLayers =
-      CheckBox(&dialog, TDialogShift::kAllLayersText, form->allLayers, "allLayers");
+  QLineEdit* dx = NumberField(form->dx, "dx");
+  QLineEdit* dy = NumberField(form->dy, "dy");
+  QCheckBox* allLayers = CheckBox(TDialogShift::kAllLayersText, form->allLayers, "allLayers");
   AddFieldRow(grid, 0, TDialogShift::kDxText, dx, form->unit);
   AddFieldRow(grid, 1, TDialogShift::kDyText, dy, form->unit);
   grid->addWidget(allLayers, 2, 0, 1, 3);

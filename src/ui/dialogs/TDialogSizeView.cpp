@@ -6,7 +6,7 @@
 #include <QVBoxLayout>
 
 #include "edit/TransformForms.h"
-#include "ui/dialogs/ParameterViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
@@ -18,11 +18,11 @@ bool TDialogSizeView(DialogForm& base, Platform& platform, QWidget* parent) {
 
   FormDialog dialog(parent, TDialogSize::kTitle);
   QGridLayout* grid = FieldGrid(dialog);
-  QLineEdit* width = NumberField(&dialog, form->width, "width");
-  QLineEdit* height = NumberField(&dialog, form->height, "height");
-  QCheckBox* reframe = CheckBox(&dialog, TDialogSize::kReframeText, form->reframe, "reframe");
-  QLineEdit* margin = NumberField(&dialog, form->margin, "margin");
-  QLineEdit* thickness = NumberField(&dialog, form->thickness, "thickness");
+  QLineEdit* width = NumberField(form->width, "width");
+  QLineEdit* height = NumberField(form->height, "height");
+  QCheckBox* reframe = CheckBox(TDialogSize::kReframeText, form->reframe, "reframe");
+  QLineEdit* margin = NumberField(form->margin, "margin");
+  QLineEdit* thickness = NumberField(form->thickness, "thickness");
   AddFieldRow(grid, 0, TDialogSize::kWidthText, width, form->unit);
   AddFieldRow(grid, 1, TDialogSize::kHeightText, height, form->unit);
   grid->addWidget(reframe, 2, 0, 1, 3);

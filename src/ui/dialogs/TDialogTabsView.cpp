@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 
 #include "toolpath/CuttingTabs.h"
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
 namespace isolith {
 
-using namespace pathviews;
+using namespace viewkit;
 
 bool TDialogTabsView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* form = dynamic_cast<TDialogTabs*>(&base);

@@ -1,8 +1,10 @@
-#include "ui/dialogs/ToolpathViewKit.h"
+#include "ui/dialogs/ViewKit.h"
 
+#include <QAbstractButton>
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFontMetrics>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
@@ -14,9 +16,9 @@
 
 #include "params/FieldChecks.h"
 
-namespace isolith::pathviews {
+namespace isolith::viewkit {
 
-FormDialog::FormDialog(QWidget* parent, std::string_view title) : QDialog(parent) {
+FormDialog::FormDialog(QWidget* parent, std::string_view title, Sizing sizing) : QDialog(parent) {
   setWindowTitle(ToQ(title));
   auto* outer = new QVBoxLayout(this);
   body_ = new QVBoxLayout;
@@ -26,6 +28,7 @@ FormDialog::FormDialog(QWidget* parent, std::string_view title) : QDialog(parent
   outer->addWidget(buttons_);
   connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
   connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  if (sizing == Sizing::Fixed) outer->setSizeConstraint(QLayout::SetFixedSize);
 }
 
 QPushButton* FormDialog::AddActionButton(std::string_view text) {
@@ -35,13 +38,46 @@ QPushButton* FormDialog::AddActionButton(std::string_view text) {
   return button;
 }
 
+void FormDialog::done(int result) {
+  if (result == QDialog::Accepted && acceptRule && !acceptRule()) return;
+  QDialog::done(result);
+}
+
 bool FormDialog::Run() {
+  // The buttons were made first; Tab reaches them after the fields, and the dialog opens on
+  // its first field.
+  QWidget* first = nullptr;
+  QWidget* last = nullptr;
+  for (QWidget* w = nextInFocusChain(); w && w != this; w = w->nextInFocusChain()) {
+    if (w == buttons_ || buttons_->isAncestorOf(w) || !(w->focusPolicy() & Qt::TabFocus)) continue;
+    if (!first && w->isEnabled() && !w->isHidden()) first = w;
+    last = w;
+  }
+  if (first) first->setFocus(Qt::TabFocusReason);
+  if (last) {
+    for (QAbstractButton* button : buttons_->buttons()) {
+      QWidget::setTabOrder(last, button);
+      last = button;
+    }
+  }
   return exec() == QDialog::Accepted;
 }
 
-void FormDialog::accept() {
-  if (acceptRule && !acceptRule()) return;
-  QDialog::accept();
+QGridLayout* FieldGrid(FormDialog& dialog) {
+  auto* grid = new QGridLayout;
+  grid->setColumnStretch(3, 1);
+  dialog.Body()->addLayout(grid);
+  return grid;
+}
+
+QLabel* AddFieldRow(QGridLayout* grid, int row, std::string_view label, QWidget* field,
+                    std::string_view unit, int span) {
+  auto* caption = new QLabel(ToQ(label));
+  caption->setBuddy(field);
+  grid->addWidget(caption, row, 0);
+  grid->addWidget(field, row, 1, 1, span);
+  if (!unit.empty()) grid->addWidget(new QLabel(ToQ(unit)), row, 1 + span);
+  return caption;
 }
 
 QLabel* TextLabel(std::string_view text, QWidget* parent) {
@@ -61,8 +97,16 @@ QLabel* FieldLabel(std::string_view text, QWidget* field) {
 QLineEdit* NumberField(const std::string& text, const char* name) {
   auto* field = new QLineEdit(ToQ(text));
   field->setObjectName(name);
-  field->setMinimumWidth(field->fontMetrics().horizontalAdvance(QStringLiteral("0000000000")));
+  // Room for the longest value a field shows ("-1000.123456"); a longer expression scrolls.
+  field->setFixedWidth(
+      QFontMetrics(field->font()).horizontalAdvance(QStringLiteral("-00000.000000")) + 12);
+  field->setAlignment(Qt::AlignRight);
   return field;
+}
+
+void ShowText(QLineEdit* field, const std::string& text) {
+  const QString shown = ToQ(text);
+  if (field->text() != shown) field->setText(shown);
 }
 
 QCheckBox* CheckBox(std::string_view text, bool checked, const char* name) {
@@ -96,4 +140,4 @@ std::string InfoNumber(double value, char separator) {
   return FormatFieldFloat(value, 3, separator);
 }
 
-}  // namespace isolith::pathviews
+}  // namespace isolith::viewkit
