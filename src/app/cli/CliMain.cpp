@@ -12,6 +12,7 @@
 #include "core/platform/ConsolePlatform.h"
 #include "output/BoardSvg.h"
 #include "output/OutputFormatForm.h"
+#include "output/postprocessor/ShippedPostProcessors.h"
 #include "params/Settings.h"
 #include "params/SettingsFile.h"
 #include "params/SettingsFormats.h"
@@ -31,6 +32,7 @@ struct CliRequest {
   bool json = false;
   JobArguments job;
   std::string outputPath;  // -o FILE of "render" and "mill"
+  std::string post;        // --post NAME of "mill": a shipped post-processor for this run
 };
 
 // The formats of "Output data format", as the settings spell them.
@@ -41,6 +43,32 @@ bool MachineFormatWritten(int format) {
   for (int code : TDialogCopOutput::kFormats)
     if (code == format) return true;
   return false;
+}
+
+// The shipped post-processor `name` in memory for this run; "Isolith.ppf" stays as it is. The
+// classical export of one layer writes the user's format without its Z scale, which would put
+// every depth above the card, so the sections are required.
+bool UseShippedPostProcessor(Application& app, const std::string& name, std::ostream& err) {
+  const std::vector<TShippedPostProcessor> shipped = ShippedPostProcessors(app.ProgramFolder);
+  const TShippedPostProcessor* found = FindShippedPostProcessor(shipped, name);
+  if (!found) {
+    err << kName << ": no post-processor '" << name << "' in " << app.ProgramFolder
+        << kShippedPostFolder << " (";
+    if (shipped.empty()) err << "none there";
+    for (size_t i = 0; i < shipped.size(); ++i) err << (i ? ", " : "one of ") << shipped[i].name;
+    err << ")\n";
+    return false;
+  }
+  if (!app.settings.MachineSetSeq) {
+    err << kName << ": --post needs MachineSetSeq=Yes (" << TDialogCopOutput::kSectionsText
+        << ")\n";
+    return false;
+  }
+  if (!LoadShippedPostProcessor(app.postProcessor, *found, app.settings.SpeedUnit)) {
+    err << kName << ": unable to read '" << found->path << "'\n";
+    return false;
+  }
+  return true;
 }
 
 int UsageError(std::ostream& err, const std::string& message) {
@@ -103,6 +131,12 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     } else if (writes && (args[i] == "-o" || args[i] == "--output")) {
       if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
       request.outputPath = args[++i];
+    } else if (request.command == "mill" && args[i] == "--post") {
+      if (i + 1 >= args.size()) return UsageError(err, "--post needs a post-processor name");
+      request.post = args[++i];
+      // Written in the user's format, which the shipped file stands in for in this run only.
+      std::string ignored;
+      request.overrides.AddAssignment("MachineFormat=POST-PROCESSOR", ignored);
     } else if (!ParseJobWord(args, i, request.job, true, error)) {
       return UsageError(err, error);
     }
@@ -147,6 +181,8 @@ const char* CliUsage() {
          "                    MachineSetSeq=No; the dialogs are taken as they stand.\n"
          "                    Exit status 0 only when OUT was written whole; a failed\n"
          "                    write leaves the file that stood there.\n"
+         "                    --post NAME writes with the shipped post-processor NAME\n"
+         "                    (grbl, linuxcnc, mach, marlin) for this run only.\n"
          "\n"
          "JOB: [--dialect NAME] [--contours] [--hatches] LAYER-FILE...\n"
          "     [--drills FILE [DRILL ANSWERS]]\n"
@@ -199,6 +235,8 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
           << " is not a machine format (one of " << kMachineFormatNames << ")\n";
       return kCliFailed;
     }
+    if (!request.post.empty() && !UseShippedPostProcessor(app, request.post, err))
+      return kCliFailed;
     std::vector<LoadedFile> loaded;
     if (!LoadJob(app, request.job, loaded)) return kCliFailed;
     if (request.job.contours && !CalculateContoursOnAllLayers(app)) {
