@@ -32,10 +32,12 @@ class CliMill : public ::testing::Test {
            "Profile=Cylindrical\r\nRotationSpeed=20000\r\nAbsDrillSpeed=60\r\n";
   }
 
-  MillRun Mill(const std::string& out, std::vector<std::string> sets = {"MachineFormat=ISO"}) {
+  MillRun Mill(const std::string& out, std::vector<std::string> sets = {"MachineFormat=ISO"},
+               const std::vector<std::string>& millWords = {}) {
     std::vector<std::string> args{"--config", config.path(), "--set", "MillingTool=1"};
     for (const std::string& s : sets) args.insert(args.end(), {"--set", s});
     args.insert(args.end(), {"mill", std::string(ISOLITH_TEST_DATA) + "/two-pads.gbr", "-o", out});
+    args.insert(args.end(), millWords.begin(), millWords.end());
     std::ostringstream output, err;
     const int status = CliMain(args, program.path(), output, err);
     EXPECT_TRUE(output.str().empty());
@@ -67,6 +69,34 @@ TEST_F(CliMill, WritesTheJobInTheFormatOfTheSettings) {
   EXPECT_EQ(hpgl.rfind("IN;PA;PU;SP6;", 0), 0u) << hpgl;
   EXPECT_EQ(hpgl.find("\r\n"), hpgl.size() - 2);
   EXPECT_EQ(ReadAll(config.path() + "Isolith.ini").find("MachineFormat=PLT"), std::string::npos);
+}
+
+// --post: a shipped post-processor for one run; neither the settings nor "Isolith.ppf" keep it.
+TEST_F(CliMill, PostWritesWithAShippedPostProcessorForThisRunOnly) {
+  fs::copy(fs::path(ISOLITH_SOURCE_DIR) / "data/postprocessors", program.path() + "postprocessors");
+  const struct {
+    std::string post, sequence;
+    int status;
+    std::string inFile, inErr;
+  } cases[] = {
+      {"GRBL", "Yes", kCliOk, "\r\n(MSG,Change to tool 1, zero Z, then resume)\r\nM0\r\n", ""},
+      {"linuxcnc", "Yes", kCliOk, "\r\nT1 M6\r\nG43 H1\r\nM3 S20000\r\nG4 P3\r\n", ""},
+      {"haas", "Yes", kCliFailed, "",
+       "no post-processor 'haas' in " + program.path() +
+           "postprocessors (one of grbl, linuxcnc, mach, marlin)"},
+      {"grbl", "No", kCliFailed, "", "--post needs MachineSetSeq=Yes"},
+  };
+  for (const auto& c : cases) {
+    const std::string out = work.path() + "board." + c.post;
+    const MillRun run =
+        Mill(out, {"MachineFormat=ISO", "MachineSetSeq=" + c.sequence}, {"--post", c.post});
+    EXPECT_EQ(run.status, c.status) << c.post << ": " << run.err;
+    EXPECT_NE(run.err.find(c.inErr), std::string::npos) << run.err;
+    EXPECT_NE(ReadAll(out).find(c.inFile), std::string::npos) << ReadAll(out);
+    EXPECT_NE(ReadAll(config.path() + "Isolith.ini").find("\r\nMachineFormat=ISO\r\n"),
+              std::string::npos);
+    EXPECT_FALSE(fs::exists(config.path() + "Isolith.ppf"));
+  }
 }
 
 TEST_F(CliMill, FailsWithoutAFileWhenNothingCanBeWritten) {
