@@ -12,6 +12,7 @@
 #include "output/OutputFormatForm.h"
 #include "output/driver/PathDirections.h"
 #include "output/postprocessor/PostProcessorWords.h"
+#include "output/postprocessor/ShippedPostProcessors.h"
 #include "params/ToolForms.h"
 #include "toolpath/CentringHoles.h"
 #include "toolpath/CutPath.h"
@@ -176,7 +177,8 @@ bool WriteJob(Application& app, Platform& platform, const std::string& path) {
 void RunOutputDataFormat(Application& app, Platform& platform) {
   TDialogCopOutput form(
       app.settings, app.postProcessor, app.ConfigFolder, OwnFilesFolder(app) + kProgramName,
-      [&app] { SaveSettings(app); }, app.DecimalSeparator);
+      [&app] { SaveSettings(app); }, app.DecimalSeparator,
+      ShippedPostProcessors(app.ProgramFolder));
   if (platform.RunDialog(form)) SaveSettings(app);
 }
 

@@ -34,7 +34,8 @@ std::string WithExtension(const std::string& path, const std::string& extension)
 
 TDialogCopOutput::TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
                                    const std::string& proposedName,
-                                   std::function<void()> saveSettings, char separator)
+                                   std::function<void()> saveSettings, char separator,
+                                   std::vector<TShippedPostProcessor> shipped)
     : format(settings.MachineFormat),
       sections(settings.MachineSetSeq),
       arcs(settings.MachineArcs),
@@ -44,7 +45,8 @@ TDialogCopOutput::TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::
       pp_(pp),
       folder_(std::move(folder)),
       saveSettings_(std::move(saveSettings)),
-      separator_(separator) {
+      separator_(separator),
+      shipped_(std::move(shipped)) {
   BuildFormatList();
   scaleXY = FormatFieldFloat(settings.MachineScaleXY, 3, separator);
   scaleZ = FormatFieldFloat(settings.MachineScaleZ, 3, separator);
@@ -65,8 +67,32 @@ void TDialogCopOutput::BuildFormatList() {
   for (int code : kFormats) {
     std::string label = FileTypeOf(code).title;
     if (code == kFormatUser) label += " \"" + pp_.Title + "\"";
-    formats.push_back({code, std::move(label)});
+    formats.push_back({code, std::move(label), {}});
   }
+  for (const TShippedPostProcessor& p : shipped_) {
+    formats.push_back(
+        {kFormatUser,
+         FileTypeOf(kFormatUser).title + (" \"" + p.title + "\"") + std::string(kShippedMark),
+         p.name});
+  }
+}
+
+void TDialogCopOutput::ChooseRow(size_t row) {
+  if (row >= formats.size()) return;
+  shippedChoice = formats[row].shipped;
+  ChooseFormat(formats[row].code);
+  if (shippedChoice.empty()) return;
+  sections = true;
+  TPostProcessor chosen;
+  const TShippedPostProcessor* found = FindShippedPostProcessor(shipped_, shippedChoice);
+  if (found && LoadShippedPostProcessor(chosen, *found, settings_.SpeedUnit) && !file.empty())
+    file = WithExtension(file, chosen.FileExt);
+}
+
+size_t TDialogCopOutput::SelectedRow() const {
+  for (size_t row = 0; row < formats.size(); ++row)
+    if (formats[row].code == format && formats[row].shipped == shippedChoice) return row;
+  return 0;
 }
 
 std::string TDialogCopOutput::FormatExtension(int code) const {
@@ -87,7 +113,37 @@ void TDialogCopOutput::ChooseFormat(int code) {
 }
 
 bool TDialogCopOutput::PostProcessorEnabled() const {
-  return format == kFormatUser;
+  return format == kFormatUser && shippedChoice.empty();
+}
+
+bool TDialogCopOutput::ImportShipped(Platform& platform) {
+  const TShippedPostProcessor* found = FindShippedPostProcessor(shipped_, shippedChoice);
+  TPostProcessor chosen;
+  if (!found || !LoadShippedPostProcessor(chosen, *found, settings_.SpeedUnit)) {
+    platform.ShowMessage("Error",
+                         "Unable to read ''" + (found ? found->path : shippedChoice) + "''",
+                         MessageIcon::Error);
+    return false;
+  }
+  // The user's own format is replaced only when they say so.
+  TPostProcessor own;
+  if (ReadPostProcessor(own, folder_, kPostProcessorBaseName) &&
+      PostProcessorFileText(own) != PostProcessorFileText(chosen) &&
+      platform.Ask(kTitle,
+                   "Replace the post-processor \"" + own.Title + "\" of ''" +
+                       PostProcessorPath(folder_, kPostProcessorBaseName) + "'' with \"" +
+                       chosen.Title + "\"?",
+                   false, Answer::No) != Answer::Yes)
+    return false;
+  if (!WritePostProcessor(chosen, folder_, kPostProcessorBaseName)) {
+    platform.ShowMessage(
+        "Error", "Unable to write ''" + PostProcessorPath(folder_, kPostProcessorBaseName) + "''",
+        MessageIcon::Error);
+    return false;
+  }
+  pp_ = std::move(chosen);
+  settings_.PprExtension = pp_.FileExt;
+  return true;
 }
 
 bool TDialogCopOutput::EditPostProcessor(Platform& platform) {
@@ -139,6 +195,13 @@ bool TDialogCopOutput::Accept(Platform& platform) {
     return false;
   }
 
+  if (!shippedChoice.empty()) {
+    if (!sections) {
+      platform.ShowMessage("Error", kShippedNeedsSections, MessageIcon::Error);
+      return false;
+    }
+    if (folder_.empty() || !ImportShipped(platform)) return false;
+  }
   if (Listed(format)) s.MachineFormat = format;
   s.MachineSetSeq = sections;
   s.MachineArcs = arcs;

@@ -14,14 +14,17 @@
 
 #include "core/platform/Platform.h"
 #include "output/postprocessor/PostProcessor.h"
+#include "output/postprocessor/ShippedPostProcessors.h"
 #include "params/Settings.h"
 
 namespace isolith {
 
-// One row of the format list: the format code and the text the list shows.
+// One row of the format list: the format code and the text the list shows; a shipped
+// post-processor (code 33) carries its name.
 struct TOutputFormatChoice {
   int code = 0;
   std::string label;
+  std::string shipped;
 };
 
 // The `MachineOutput` value of "Create file".
@@ -35,6 +38,10 @@ class TDialogCopOutput : public DialogForm {
   static constexpr std::string_view kArcsText = "Use circular interpolation commands";
   // The command proposed to run after the file is written: the desktop's own text viewer.
   static constexpr std::string_view kProposedRun = "xdg-open";
+  static constexpr std::string_view kShippedMark = " (shipped)";
+  static constexpr std::string_view kShippedNeedsSections =
+      "The shipped post-processors write the sections of \"Manual selection of layers and "
+      "tools\" only.";
   // The formats of the list, in list order; the last is the user's own.
   static constexpr int kFormats[] = {2, 4, 9, 11, 5, 19, 20, 21, 22, 33};
 
@@ -53,17 +60,19 @@ class TDialogCopOutput : public DialogForm {
   // holds "Isolith.ppf"; `proposedName` is the file proposed, without its extension, while no
   // output was ever chosen and no file is named. `saveSettings`
   // writes the settings file after "Post-processor format" changed the remembered extension
-  // (may be empty). `separator` is the locale's decimal mark.
+  // (may be empty). `separator` is the locale's decimal mark. `shipped` are the post-processors
+  // that come with the program, listed after the user's own.
   TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
                    const std::string& proposedName, std::function<void()> saveSettings,
-                   char separator);
+                   char separator, std::vector<TShippedPostProcessor> shipped = {});
 
   std::string_view FormName() const override { return "TDialogCopOutput"; }
 
-  std::vector<TOutputFormatChoice> formats;        // the list, in list order
-  int format = 9;                                  // the code chosen
-  bool sections = true;                            // kSectionsText (true) or kLayerText
-  bool arcs = true;                                // kArcsText
+  std::vector<TOutputFormatChoice> formats;  // the list, in list order
+  int format = 9;                            // the code chosen
+  std::string shippedChoice;  // the shipped post-processor chosen, empty for the others
+  bool sections = true;       // kSectionsText (true) or kLayerText
+  bool arcs = true;           // kArcsText
   std::string scaleXY, scaleZ, scaleVxy, scaleVz;  // "XY scale", "Z scale", ...
   std::string clearHeight;                         // "Tool clearance &height :", mm
   std::string zeroHeight;                          // "Surface contact &margin :", mm
@@ -73,8 +82,15 @@ class TDialogCopOutput : public DialogForm {
   Field focus = kNoField;
 
   // Reads "Isolith.ppf" (what memory holds stays when it cannot be read) and builds the list:
-  // each format's title, the user's own as "Post-processor" and its title in double quotes.
+  // each format's title, the user's own as "Post-processor" and its title in double quotes,
+  // then each shipped post-processor the same way, marked kShippedMark.
   void BuildFormatList();
+  // A row of the list chosen: its format as ChooseFormat chooses it; a shipped post-processor
+  // also takes the sections (the only walk that writes it as it is meant) and gives the file
+  // its extension.
+  void ChooseRow(size_t row);
+  // The row of the present choice.
+  size_t SelectedRow() const;
   // A format chosen in the list: the four scales back to 1 and arcs on; the Roland formats take
   // their rapid speed (900 and 3000 mm/min) and the sections; the file name takes the format's
   // extension.
@@ -87,17 +103,23 @@ class TDialogCopOutput : public DialogForm {
   bool EditPostProcessor(Platform& platform);
 
   // Checks the scales (-1000 to 1000), the clearance height and margin (-10 to 1000 mm) and the
-  // rapid speed, then stores everything; `MachineOutput` becomes "Create file".
+  // rapid speed, then stores everything; `MachineOutput` becomes "Create file". A shipped
+  // post-processor needs the sections, and is copied into "Isolith.ppf" (after asking, when
+  // the user's own file stands there) to become the user's format.
   bool Accept(Platform& platform) override;
 
  private:
   std::string FormatExtension(int code) const;
+  // The shipped post-processor chosen, read and copied into "Isolith.ppf"; false when the
+  // person keeps their own or the copy fails.
+  bool ImportShipped(Platform& platform);
 
   Settings& settings_;
   TPostProcessor& pp_;
   std::string folder_;
   std::function<void()> saveSettings_;
   char separator_;
+  std::vector<TShippedPostProcessor> shipped_;
 };
 
 // `path` with its extension replaced by `extension` (or given one when it has none).

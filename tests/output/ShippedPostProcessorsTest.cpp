@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "output/OutputFormatForm.h"
 #include "output/driver/OutputStream.h"
 #include "output/driver/PenMachine.h"
 #include "output/postprocessor/PostProcessorWords.h"
 #include "output/postprocessor/ShippedPostProcessors.h"
 #include "params/Settings.h"
+#include "support/FakePlatform.h"
+#include "support/TempFolder.h"
 
 namespace isolith {
 namespace {
@@ -96,6 +99,65 @@ TEST(ShippedPostProcessors, EachControllerGetsItsOwnWordsAndFeedsInMmPerMin) {
       if (next != std::string::npos) at = next + 1;
     }
   }
+}
+
+// "Output data format" lists the shipped post-processors after the user's own; OK copies the one
+// chosen into "Isolith.ppf", asking first when the user's own file would be replaced.
+TEST(ShippedPostProcessors, OutputDataFormatImportsOneIntoTheUsersFile) {
+  const struct {
+    std::string own;  // title of the "Isolith.ppf" there before, empty for none
+    size_t row;
+    bool sections;
+    Answer answer;
+    bool accepted;
+    std::string titleAfter;
+    size_t questions, messages;
+  } cases[] = {
+      {"", 10, true, Answer::Yes, true, "GRBL 1.1", 0, 0},
+      {"Mine", 11, true, Answer::No, false, "Mine", 1, 0},
+      {"Mine", 11, true, Answer::Yes, true, "LinuxCNC", 1, 0},
+      {"Mine", 12, false, Answer::Yes, false, "Mine", 0, 1},
+      {"Mine", 9, false, Answer::Yes, true, "Mine", 0, 0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.row);
+    test::TempFolder config;
+    TPostProcessor own;
+    own.Title = c.own;
+    if (!c.own.empty()) {
+      ASSERT_TRUE(WritePostProcessor(own, config.path(), "Isolith"));
+    }
+    Settings settings;
+    settings.MachineFile = config.path() + "board.iso";
+    TPostProcessor pp;
+    TDialogCopOutput form(settings, pp, config.path(), "board", nullptr, '.',
+                          ShippedPostProcessors(kProgramFolder));
+    ASSERT_EQ(form.formats.size(), 14u);
+    EXPECT_EQ(form.formats[13].label, "Post-processor \"Marlin\" (shipped)");
+    form.sections = false;
+    form.ChooseRow(c.row);
+    EXPECT_EQ(form.SelectedRow(), c.row);
+    EXPECT_EQ(form.PostProcessorEnabled(), c.row == 9);
+    form.sections = c.sections;
+    test::FakePlatform platform;
+    platform.answers.push_back(c.answer);
+    EXPECT_EQ(form.Accept(platform), c.accepted);
+    EXPECT_EQ(platform.questions.size(), c.questions);
+    EXPECT_EQ(platform.messages.size(), c.messages);
+    TPostProcessor after;
+    ReadPostProcessor(after, config.path(), "Isolith");
+    EXPECT_EQ(after.Title, c.titleAfter);
+    EXPECT_EQ(settings.MachineFormat, c.accepted ? kOutputPostProcessor : 9);
+  }
+  // A shipped choice gives the file the extension of its controller.
+  Settings settings;
+  settings.MachineFile = "/tmp/board.iso";
+  TPostProcessor pp;
+  TDialogCopOutput form(settings, pp, "", "board", nullptr, '.',
+                        ShippedPostProcessors(kProgramFolder));
+  form.ChooseRow(11);
+  EXPECT_EQ(form.file, "/tmp/board.ngc");
+  EXPECT_TRUE(form.sections);
 }
 
 }  // namespace

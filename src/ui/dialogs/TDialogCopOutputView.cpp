@@ -82,10 +82,8 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
   auto show = [&] {
     const QSignalBlocker quiet(format);
     format->clear();
-    for (const TOutputFormatChoice& choice : form->formats) {
-      format->addItem(ToQ(choice.label), choice.code);
-      if (choice.code == form->format) format->setCurrentIndex(format->count() - 1);
-    }
+    for (const TOutputFormatChoice& choice : form->formats) format->addItem(ToQ(choice.label));
+    format->setCurrentIndex(static_cast<int>(form->SelectedRow()));
     edit->setEnabled(form->PostProcessorEnabled());
     (form->sections ? sections : layer)->setChecked(true);
     arcs->setChecked(form->arcs);
@@ -100,7 +98,6 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
     run->setText(ToQ(form->run));
   };
   auto take = [&] {
-    form->format = format->currentData().toInt();
     form->sections = sections->isChecked();
     form->arcs = arcs->isChecked();
     form->scaleXY = FromQ(scaleXY->text());
@@ -115,9 +112,9 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
   };
   show();
 
-  QObject::connect(format, &QComboBox::currentIndexChanged, &dialog, [&](int) {
+  QObject::connect(format, &QComboBox::currentIndexChanged, &dialog, [&](int row) {
     take();
-    form->ChooseFormat(form->format);
+    form->ChooseRow(static_cast<size_t>(row));
     show();
   });
   QObject::connect(edit, &QPushButton::clicked, &dialog, [&] {
