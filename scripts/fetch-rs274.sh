@@ -14,7 +14,7 @@ rm -f "$dest/absent.txt"
 
 absent() {
   rm -f "$wrapper"
-  echo "$1" >"$dest/absent.txt"
+  printf "%s" "$1" >"$dest/absent.txt"
   echo "rs274: $1" >&2
   exit 0
 }

@@ -11,7 +11,6 @@
 #include <fstream>
 #include <map>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 #include <unordered_map>
@@ -21,6 +20,7 @@
 #include "cli/CliJob.h"
 #include "cli/CliMain.h"
 #include "commands/Application.h"
+#include "integration/SampleBoards.h"
 #include "integration/SvgGroups.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"
@@ -403,16 +403,7 @@ Pt Centre(const Path& poly) {
 }
 
 std::vector<fs::path> CopperLayers() {
-  std::vector<fs::path> layers;
-  for (const auto& board : fs::directory_iterator(ISOLITH_FIXTURES)) {
-    std::ifstream in(board.path() / "manifest.json");
-    const nlohmann::json manifest = nlohmann::json::parse(in, nullptr, false);
-    if (manifest.is_discarded()) continue;
-    for (const auto& layer : manifest["layers"])
-      if (layer["type"] == "copper")
-        layers.push_back(board.path() / layer["name"].get<std::string>());
-  }
-  std::sort(layers.begin(), layers.end());
+  std::vector<fs::path> layers = test::SampleCopperLayers(false);
   // ISOLITH_LAYERS=name narrows a run to the layers whose path contains it, to study one board.
   if (const char* only = std::getenv("ISOLITH_LAYERS"))
     std::erase_if(layers,

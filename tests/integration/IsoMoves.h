@@ -14,15 +14,24 @@ struct CutPoint {
 };
 using CutPath = std::vector<CutPoint>;
 
-inline std::vector<CutPath> IsoCuttingPaths(const std::string& program) {
-  std::vector<CutPath> paths;
-  double x = 0, y = 0, z = 1;
-  bool feeding = false;
+// Calls `block(words)` for each line of a G-code program that is not a comment or a "%", with
+// a stream of its words.
+template <typename Block>
+void ForEachBlock(const std::string& program, Block block) {
   std::istringstream lines(program);
   std::string line;
   while (std::getline(lines, line)) {
     if (line.empty() || line[0] == '(' || line[0] == '%') continue;
     std::istringstream words(line);
+    block(words);
+  }
+}
+
+inline std::vector<CutPath> IsoCuttingPaths(const std::string& program) {
+  std::vector<CutPath> paths;
+  double x = 0, y = 0, z = 1;
+  bool feeding = false;
+  ForEachBlock(program, [&](std::istringstream& words) {
     std::string word;
     double nx = x, ny = y, nz = z;
     bool moves = false;
@@ -44,7 +53,7 @@ inline std::vector<CutPath> IsoCuttingPaths(const std::string& program) {
     }
     if (nz != z && !paths.empty() && !paths.back().empty()) paths.push_back({});
     x = nx, y = ny, z = nz;
-  }
+  });
   std::erase_if(paths, [](const CutPath& p) { return p.size() < 2; });
   return paths;
 }

@@ -10,8 +10,9 @@
 
 namespace isolith::test {
 
-// The top copper layer of each sample board, in the order of their paths.
-inline std::vector<std::filesystem::path> TopCopperLayers() {
+// The copper layers of the sample boards, or only the top one of each board, in the order of
+// their paths.
+inline std::vector<std::filesystem::path> SampleCopperLayers(bool topOnly) {
   namespace fs = std::filesystem;
   std::vector<fs::path> layers;
   for (const auto& board : fs::directory_iterator(ISOLITH_FIXTURES)) {
@@ -19,13 +20,17 @@ inline std::vector<std::filesystem::path> TopCopperLayers() {
     const nlohmann::json manifest = nlohmann::json::parse(in, nullptr, false);
     if (manifest.is_discarded()) continue;
     for (const auto& layer : manifest["layers"])
-      if (layer["type"] == "copper" && layer["side"] == "top") {
+      if (layer["type"] == "copper" && (!topOnly || layer["side"] == "top")) {
         layers.push_back(board.path() / layer["name"].get<std::string>());
-        break;
+        if (topOnly) break;
       }
   }
   std::sort(layers.begin(), layers.end());
   return layers;
+}
+
+inline std::vector<std::filesystem::path> TopCopperLayers() {
+  return SampleCopperLayers(true);
 }
 
 }  // namespace isolith::test

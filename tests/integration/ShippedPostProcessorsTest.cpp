@@ -20,6 +20,7 @@
 #include "commands/OutputCommands.h"
 #include "commands/ToolpathCommands.h"
 #include "integration/GrblRules.h"
+#include "integration/IsoMoves.h"
 #include "integration/SampleBoards.h"
 #include "output/formats/FileTypes.h"
 #include "output/postprocessor/ShippedPostProcessors.h"
@@ -44,11 +45,7 @@ std::vector<FeedMove> GcodeFeedMoves(const std::string& program) {
   std::vector<FeedMove> moves;
   double at[3] = {0, 0, 0}, f = 0;
   int motion = 0;
-  std::istringstream lines(program);
-  std::string line;
-  while (std::getline(lines, line)) {
-    if (line.empty() || line[0] == '(' || line[0] == '%') continue;
-    std::istringstream words(line);
+  test::ForEachBlock(program, [&](std::istringstream& words) {
     std::string word;
     bool moved = false;
     while (words >> word) {
@@ -59,7 +56,7 @@ std::vector<FeedMove> GcodeFeedMoves(const std::string& program) {
       if (axis != std::string::npos) at[axis] = value, moved = true;
     }
     if (moved && motion > 0) moves.push_back({motion > 1, at[0], at[1], at[2], f});
-  }
+  });
   return moves;
 }
 
@@ -101,98 +98,86 @@ std::string FirstDifference(const std::vector<FeedMove>& want, const std::vector
   return {};
 }
 
-// The files of every sample board, written once for the whole suite: "<board>.iso" and
-// "<board>.<post>" for each shipped post-processor.
-class ShippedPostProcessorFiles : public testing::Test {
- protected:
-  static void SetUpTestSuite() {
-    folder_ = new TempFolder;
-    fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too",
-                  folder_->path() + "Isolith.too");
-    const std::string programFolder = std::string(ISOLITH_SOURCE_DIR) + "/data/";
-    for (const fs::path& layer : test::TopCopperLayers()) {
-      const std::string board = layer.parent_path().filename().string();
-      test::FakePlatform platform;
-      Application app(platform, programFolder, folder_->path());
-      InitSettings(app);
-      std::vector<LoadedFile> loaded;
-      JobArguments job;
-      job.layerFiles = {layer.string()};
-      if (!LoadJob(app, job, loaded) || !CalculateContoursOnAllLayers(app)) continue;
-      app.board.ActiveLayer = 0;
-      app.settings.MachineFormat = kFormatIso;
-      if (!MillJob(app, Path(board, "iso"))) continue;
-      app.settings.MachineFormat = kFormatUser;
-      for (const TShippedPostProcessor& post : ShippedPostProcessors(programFolder))
-        if (LoadShippedPostProcessor(app.postProcessor, post, app.settings.SpeedUnit))
-          MillJob(app, Path(board, post.name));
-      boards_.push_back(board);
-    }
+// Writes every sample board's job into `folder`: "<board>.iso" and "<board>.<post>" for each
+// shipped post-processor. Returns the boards written.
+std::vector<std::string> WriteSampleJobs(const std::string& folder) {
+  fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too", folder + "Isolith.too");
+  const std::string programFolder = std::string(ISOLITH_SOURCE_DIR) + "/data/";
+  std::vector<std::string> boards;
+  for (const fs::path& layer : test::TopCopperLayers()) {
+    const std::string board = folder + layer.parent_path().filename().string() + ".";
+    test::FakePlatform platform;
+    Application app(platform, programFolder, folder);
+    InitSettings(app);
+    std::vector<LoadedFile> loaded;
+    JobArguments job;
+    job.layerFiles = {layer.string()};
+    if (!LoadJob(app, job, loaded) || !CalculateContoursOnAllLayers(app)) continue;
+    app.board.ActiveLayer = 0;
+    app.settings.MachineFormat = kFormatIso;
+    if (!MillJob(app, board + "iso")) continue;
+    app.settings.MachineFormat = kFormatUser;
+    for (const TShippedPostProcessor& post : ShippedPostProcessors(programFolder))
+      if (LoadShippedPostProcessor(app.postProcessor, post, app.settings.SpeedUnit))
+        MillJob(app, board + post.name);
+    boards.push_back(board);
   }
-  static void TearDownTestSuite() {
-    delete folder_;
-    boards_.clear();
+  return boards;
+}
+
+// Marlin runs the first command of a line and reads the rest as its parameters.
+int LinesOfManyCommands(const std::string& program) {
+  static const std::regex command(R"((^|\s)[GM]\d)");
+  std::istringstream lines(program);
+  int many = 0;
+  for (std::string line; std::getline(lines, line);) {
+    const std::string words = line.substr(0, line.find(';'));
+    many += std::distance(std::sregex_iterator(words.begin(), words.end(), command),
+                          std::sregex_iterator()) > 1;
   }
-  static std::string Path(const std::string& board, const std::string& post) {
-    return folder_->path() + board + "." + post;
+  return many;
+}
+
+TEST(ShippedPostProcessorFiles, EverySampleBoardRunsOnItsController) {
+  TempFolder folder;
+  const std::vector<std::string> boards = WriteSampleJobs(folder.path());
+  ASSERT_EQ(boards.size(), 8u) << "sample boards missing from " << ISOLITH_FIXTURES;
+  for (const std::string& board : boards) {
+    const std::string grbl = ReadAll(board + "grbl"), marlin = ReadAll(board + "marlin");
+    ASSERT_FALSE(grbl.empty() || marlin.empty()) << board;
+    for (const test::GrblFault& fault : test::GrblFaults(grbl))
+      ADD_FAILURE() << board << "grbl line " << fault.line << ": GRBL error " << fault.error;
+    EXPECT_EQ(LinesOfManyCommands(marlin), 0) << board << "marlin";
+    EXPECT_EQ(FirstDifference(GcodeFeedMoves(ReadAll(board + "iso")), GcodeFeedMoves(grbl)), "")
+        << board << "grbl";
   }
 
-  static TempFolder* folder_;
-  static std::vector<std::string> boards_;
-};
-TempFolder* ShippedPostProcessorFiles::folder_ = nullptr;
-std::vector<std::string> ShippedPostProcessorFiles::boards_;
-
-TEST_F(ShippedPostProcessorFiles, LinuxCncRunsEveryFileAndFeedsAsTheIsoFileDoes) {
   const std::string rs274 = std::string(ISOLITH_RS274) + "/rs274";
   if (!fs::exists(rs274))
-    GTEST_SKIP() << "LinuxCNC's interpreter rs274 is absent ("
+    GTEST_SKIP() << "GRBL and Marlin files checked; LinuxCNC's interpreter rs274 is absent ("
                  << ReadAll(std::string(ISOLITH_RS274) + "/absent.txt")
-                 << "): install linuxcnc-uspace to run this test";
-  ASSERT_EQ(boards_.size(), 8u) << "sample boards missing from " << ISOLITH_FIXTURES;
+                 << "), so the LinuxCNC and Mach files were not run: install linuxcnc-uspace";
   // Every tool of the library, so that each tool change finds its tool.
-  const std::string table = folder_->path() + "tool.tbl";
+  const std::string table = folder.path() + "tool.tbl";
   std::ofstream(table) << [] {
     std::string lines;
     for (int t = 1; t <= 50; ++t)
       lines += "T" + std::to_string(t) + " P" + std::to_string(t) + " D1 Z0 ;\n";
     return lines;
   }();
-  for (const std::string& board : boards_) {
-    const std::vector<FeedMove> iso = GcodeFeedMoves(ReadAll(Path(board, "iso")));
+  for (const std::string& board : boards) {
+    const std::vector<FeedMove> iso = GcodeFeedMoves(ReadAll(board + "iso"));
     ASSERT_GT(iso.size(), 10u) << board;
     for (const char* post : {"linuxcnc", "mach"}) {
-      SCOPED_TRACE(board + "." + post);
-      const std::string canon = Path(board, "canon"), messages = Path(board, "messages");
-      const std::string command = rs274 + " -t " + table + " -g " + Path(board, post) + " " +
-                                  canon + " </dev/null >" + messages + " 2>&1";
+      SCOPED_TRACE(board + post);
+      const std::string canon = board + "canon", messages = board + "messages";
+      const std::string command = rs274 + " -t " + table + " -g " + board + post + " " + canon +
+                                  " </dev/null >" + messages + " 2>&1";
       EXPECT_EQ(std::system(command.c_str()), 0) << ReadAll(messages);
       const std::string calls = ReadAll(canon);
       EXPECT_NE(calls.find("PROGRAM_END()"), std::string::npos) << "the run stopped early";
       EXPECT_EQ(FirstDifference(iso, CanonicalFeedMoves(calls)), "");
     }
-  }
-}
-
-TEST_F(ShippedPostProcessorFiles, GrblAndMarlinTakeEveryLine) {
-  ASSERT_EQ(boards_.size(), 8u) << "sample boards missing from " << ISOLITH_FIXTURES;
-  for (const std::string& board : boards_) {
-    const std::string grbl = ReadAll(Path(board, "grbl"));
-    ASSERT_FALSE(grbl.empty()) << board;
-    for (const test::GrblFault& fault : test::GrblFaults(grbl))
-      ADD_FAILURE() << board << ".grbl line " << fault.line << ": GRBL error " << fault.error;
-    EXPECT_EQ(GcodeFeedMoves(grbl).size(), GcodeFeedMoves(ReadAll(Path(board, "iso"))).size());
-    // Marlin runs the first command of a line and reads the rest as its parameters.
-    static const std::regex command(R"((^|\s)[GM]\d)");
-    std::istringstream marlin(ReadAll(Path(board, "marlin")));
-    int lines = 0;
-    for (std::string line; std::getline(marlin, line); ++lines) {
-      const std::string words = line.substr(0, line.find(';'));
-      const auto count = std::distance(std::sregex_iterator(words.begin(), words.end(), command),
-                                       std::sregex_iterator());
-      EXPECT_LE(count, 1) << board << ".marlin: " << line;
-    }
-    EXPECT_GT(lines, 10) << board;
   }
 }
 
