@@ -3,9 +3,11 @@
 // They are offered beside the user's own format; choosing one copies it into "Isolith.ppf", and
 // `isolith-cli mill --post NAME` uses one for a single run.
 //
-// Their feed words are in mm/min. A template's <V> follows the speed unit of the settings, so
-// the files are written for the program's default unit (mm/s) and their `ScaleV` is fitted to
-// the unit in force when one is loaded.
+// Their feed words are in mm/min, each on a line of its own: the "ClearV" line, written at every
+// change of speed, which shows 60 times the speed of the unit in force; the motion templates
+// carry no F, since a change from plunge to feed would not write one. With `ScaleV` 1 that is
+// mm/min for the program's default unit (mm/s), so the files are written for it and their
+// `ScaleV` is fitted to the unit in force when one is loaded.
 #pragma once
 
 #include <string>
