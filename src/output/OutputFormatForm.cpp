@@ -127,7 +127,7 @@ bool TDialogCopOutput::ImportShipped(Platform& platform) {
   }
   // The user's own format is replaced only when they say so.
   TPostProcessor own;
-  if (ReadPostProcessor(own, folder_, kPostProcessorBaseName) &&
+  if (!folder_.empty() && ReadPostProcessor(own, folder_, kPostProcessorBaseName) &&
       PostProcessorFileText(own) != PostProcessorFileText(chosen) &&
       platform.Ask(kTitle,
                    "Replace the post-processor \"" + own.Title + "\" of ''" +
@@ -135,7 +135,8 @@ bool TDialogCopOutput::ImportShipped(Platform& platform) {
                        chosen.Title + "\"?",
                    false, Answer::No) != Answer::Yes)
     return false;
-  if (!WritePostProcessor(chosen, folder_, kPostProcessorBaseName)) {
+  // Without a configuration folder there is no "Isolith.ppf" to copy it into.
+  if (folder_.empty() || !WritePostProcessor(chosen, folder_, kPostProcessorBaseName)) {
     platform.ShowMessage(
         "Error", "Unable to write ''" + PostProcessorPath(folder_, kPostProcessorBaseName) + "''",
         MessageIcon::Error);
@@ -200,7 +201,7 @@ bool TDialogCopOutput::Accept(Platform& platform) {
       platform.ShowMessage("Error", kShippedNeedsSections, MessageIcon::Error);
       return false;
     }
-    if (folder_.empty() || !ImportShipped(platform)) return false;
+    if (!ImportShipped(platform)) return false;
   }
   if (Listed(format)) s.MachineFormat = format;
   s.MachineSetSeq = sections;

@@ -21,6 +21,7 @@
 #include "output/ExportDialogs.h"
 #include "output/OutputFormatForm.h"
 #include "output/postprocessor/PostProcessorForm.h"
+#include "output/postprocessor/ShippedPostProcessors.h"
 #include "support/FakePlatform.h"
 #include "toolpath/ContourForm.h"
 #include "toolpath/CuttingTabs.h"
@@ -89,10 +90,16 @@ TEST(ToolpathViews, OutputDataFormatChoosesAFormatRefusesABadScaleThenWritesBack
   test::FakePlatform platform;
   Settings settings;
   TPostProcessor pp;
-  TDialogCopOutput form(settings, pp, "", "board", nullptr, '.');
+  TDialogCopOutput form(settings, pp, "", "board", nullptr, '.',
+                        ShippedPostProcessors(std::string(ISOLITH_SOURCE_DIR) + "/data/"));
   const bool ok = RunView(TDialogCopOutputView, form, platform, [&](QDialog& dialog) {
-    // Choosing HPGL (the list's first entry) gives the file its extension.
+    // A shipped post-processor (after the user's own) is not edited before it is taken.
     QComboBox* format = Find<QComboBox>(dialog, "format");
+    format->setCurrentIndex(11);
+    EXPECT_TRUE(Find<QLineEdit>(dialog, "file")->text().endsWith(".ngc"));
+    EXPECT_FALSE(Find<QPushButton>(dialog, "editPostProcessor")->isEnabled());
+    EXPECT_EQ(form.shippedChoice, "linuxcnc");
+    // Choosing HPGL (the list's first entry) gives the file its extension.
     format->setCurrentIndex(0);
     EXPECT_TRUE(Find<QLineEdit>(dialog, "file")->text().endsWith(".plt"));
     EXPECT_FALSE(Find<QPushButton>(dialog, "editPostProcessor")->isEnabled());
