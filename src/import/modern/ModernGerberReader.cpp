@@ -236,7 +236,9 @@ void ReadModernGerber(std::istream& file, const TImportFormat& format, int layer
     }
     const auto found = image.apertures.find(o.aperture);
     if (found == image.apertures.end()) continue;
-    if (o.kind == ImageObject::Kind::Flash)
+    // A stroke that does not move is a dot of the aperture's shape: a pad, as a flash is.
+    const bool dot = o.kind == ImageObject::Kind::Stroke && o.a.x == o.b.x && o.a.y == o.b.y;
+    if (o.kind == ImageObject::Kind::Flash || dot)
       e.Flash(found->second, o.a, clearedAfter(i));
     else
       e.TrackFrom(o.a, o.b, StrokeWidth(found->second));
