@@ -143,6 +143,26 @@ TEST(ModernGerber, MacroFlashesBecomeTheNearestPad) {
   }
 }
 
+// Each distinct pad and stroke gets a table entry, a round pad and a stroke of one size sharing
+// theirs; past the hundredth the nearest entry serves.
+TEST(ModernGerber, TheApertureTableFillsThenServesTheNearest) {
+  std::string text = kMetric;
+  for (int i = 0; i < 120; ++i)
+    text += "%ADD" + std::to_string(20 + i) + "C," + std::to_string(0.1 + 0.01 * i) + "*%D" +
+            std::to_string(20 + i) + "*X" + std::to_string(i * 10000) + "Y0D03*";
+  text += "D20*X0Y0D02*X0Y10000D01*";  // a stroke as wide as the first pad
+  Board b;
+  std::istringstream in(text);
+  ReadModernGerber(in, test::GerberFormat(), 1, 0.01, b);
+  const auto pads = Items(b.ImportPads);
+  ASSERT_EQ(pads.size(), 120u);
+  EXPECT_EQ(pads[99]->code, 99);
+  EXPECT_NEAR(b.PadSizeX[1][pads[119]->code], 1.09f, 1e-5);  // 1.29 wants the largest there is
+  ASSERT_NE(b.ImportTracks, nullptr);
+  EXPECT_EQ(b.ImportTracks->code, pads[0]->code);
+  EXPECT_NEAR(b.TrackWidth[1][pads[0]->code], 0.1f, 1e-6);
+}
+
 // A region with a hole, and one partly cleared afterwards: the strokes keep inside what stays
 // copper and leave no sample point of it uncovered.
 TEST(ModernGerber, RegionsFillTheirAreaAndNoMore) {

@@ -39,10 +39,19 @@ uint8_t ApertureSlots::Write(size_t index) {
   return uint8_t(code);
 }
 
+uint8_t ApertureSlots::Add(const Slot& slot, const std::function<double(const Slot&)>& gap) {
+  if (slots_.size() >= size_t(kApertures)) {
+    size_t nearest = 0;
+    for (size_t i = 1; i < slots_.size(); ++i)
+      if (gap(slots_[i]) < gap(slots_[nearest])) nearest = i;
+    return uint8_t(nearest);
+  }
+  slots_.push_back(slot);
+  return Write(slots_.size() - 1);
+}
+
 uint8_t ApertureSlots::Pad(uint8_t shape, double sizeX, double sizeY, double hole) {
   const bool round = shape == kShapeCircle && Same(sizeX, sizeY) && hole == 0;
-  size_t nearest = 0;
-  double nearestGap = 1e300;
   for (size_t i = 0; i < slots_.size(); ++i) {
     Slot& s = slots_[i];
     if (s.pad && s.shape == shape && Same(s.sizeX, sizeX) && Same(s.sizeY, sizeY) &&
@@ -54,46 +63,30 @@ uint8_t ApertureSlots::Pad(uint8_t shape, double sizeX, double sizeY, double hol
       s.sizeX = s.sizeY = sizeX;
       return Write(i);
     }
-    const double gap = std::fabs(s.sizeX - sizeX) + std::fabs(s.sizeY - sizeY) +
-                       (s.shape == shape ? 0 : 1) + (s.pad ? 0 : 100);
-    if (gap < nearestGap) {
-      nearestGap = gap;
-      nearest = i;
-    }
   }
-  if (slots_.size() >= size_t(kApertures)) return uint8_t(nearest);
   Slot s;
   s.pad = true;
   s.shape = shape;
   s.sizeX = sizeX;
   s.sizeY = sizeY;
   s.hole = hole;
-  if (round) {
-    s.track = true;
-    s.width = sizeX;
-  }
-  slots_.push_back(s);
-  return Write(slots_.size() - 1);
+  s.track = round;
+  s.width = round ? sizeX : 0;
+  return Add(s, [&](const Slot& o) {
+    return std::fabs(o.sizeX - sizeX) + std::fabs(o.sizeY - sizeY) + (o.shape == shape ? 0 : 1) +
+           (o.pad ? 0 : 100);
+  });
 }
 
 uint8_t ApertureSlots::Track(double width) {
-  size_t nearest = 0;
-  double nearestGap = 1e300;
   for (size_t i = 0; i < slots_.size(); ++i) {
     Slot& s = slots_[i];
     if (s.track && Same(s.width, width)) return uint8_t(i);
-    const double gap = std::fabs(s.width - width) + (s.track ? 0 : 100);
-    if (gap < nearestGap) {
-      nearestGap = gap;
-      nearest = i;
-    }
   }
-  if (slots_.size() >= size_t(kApertures)) return uint8_t(nearest);
   Slot s;
   s.track = true;
   s.width = width;
-  slots_.push_back(s);
-  return Write(slots_.size() - 1);
+  return Add(s, [&](const Slot& o) { return std::fabs(o.width - width) + (o.track ? 0 : 100); });
 }
 
 }  // namespace isolith

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "core/board/Board.h"
@@ -26,6 +27,8 @@ class ApertureSlots {
     double sizeX = 0, sizeY = 0, hole = 0, width = 0;
   };
   uint8_t Write(size_t index);
+  // A new entry, or, when the table is full, the one of the smallest `gap` from it.
+  uint8_t Add(const Slot& slot, const std::function<double(const Slot&)>& gap);
   Board& board_;
   int layer_;
   std::vector<Slot> slots_;

@@ -1,5 +1,7 @@
 #include "import/modern/GerberImage.h"
 
+#include "import/modern/FixedNumbers.h"
+
 #include <cctype>
 #include <cmath>
 #include <cstdlib>
@@ -39,22 +41,7 @@ struct Interpreter {
   double repeatI = 0, repeatJ = 0;
 
   double Coordinate(const std::string& text) const {
-    double v;
-    if (text.find('.') != std::string::npos) {
-      v = std::strtod(text.c_str(), nullptr);
-    } else {
-      std::string t = text;
-      bool negative = false;
-      if (!t.empty() && (t[0] == '-' || t[0] == '+')) {
-        negative = t[0] == '-';
-        t.erase(0, 1);
-      }
-      if (trailingKept)
-        while (int(t.size()) < digits) t += '0';
-      v = std::strtod(t.empty() ? "0" : t.c_str(), nullptr) / std::pow(10.0, decimals);
-      if (negative) v = -v;
-    }
-    return std::isfinite(v) ? v * unit * scales.coordinates : 0;
+    return FixedNumber(text, decimals, trailingKept ? digits : 0) * unit * scales.coordinates;
   }
 
   void Format(const std::string& w) {

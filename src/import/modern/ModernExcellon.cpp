@@ -1,5 +1,7 @@
 #include "import/modern/ModernExcellon.h"
 
+#include "import/modern/FixedNumbers.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cmath>
@@ -43,23 +45,8 @@ bool StartsWith(const std::string& s, const char* prefix) {
 }
 
 double Number(const std::string& text, const DrillNumbers& f) {
-  if (text.empty()) return 0;
-  double v;
-  if (text.find('.') != std::string::npos) {
-    v = std::strtod(text.c_str(), nullptr);
-  } else {
-    std::string t = text;
-    bool negative = false;
-    if (t[0] == '-' || t[0] == '+') {
-      negative = t[0] == '-';
-      t.erase(0, 1);
-    }
-    if (f.leadingKept)
-      while (int(t.size()) < f.integers + f.decimals) t += '0';
-    v = std::strtod(t.empty() ? "0" : t.c_str(), nullptr) / std::pow(10.0, f.decimals);
-    if (negative) v = -v;
-  }
-  return std::isfinite(v) ? v * (f.metric ? 1.0 : 25.4) : 0;
+  const int fromLeft = f.leadingKept ? f.integers + f.decimals : 0;
+  return FixedNumber(text, f.decimals, fromLeft) * (f.metric ? 1.0 : 25.4);
 }
 
 // The number text after position `i` of `line`.
