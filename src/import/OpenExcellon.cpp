@@ -160,6 +160,9 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
                        ? kExcellonBasicCoordinates
                        : kExcellonNoTrailingZeros;
 
+  // The modern reading goes by the file's own header; when the person finds it wrong and
+  // answers the dialog, the next try reads with those answers the classic way.
+  bool modern = settings.ModernImport;
   for (;;) {
     std::ifstream file(path, std::ios::binary);
     if (!file) return ExcellonResult::NotOpened;
@@ -175,7 +178,6 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
                                 choices.metric, choices.digitSet ? choices.digits : 0.0f,
                                 row.ScaleIn,    row.DrillScaleIn};
     // The modern reading takes the file's own header and, beside a first layer, its frame.
-    const bool modern = settings.ModernImport;
     const bool framed = modern && b.Pads[0];
     if (modern)
       ReadModernExcellon(file, row.DrillScaleIn, b);
@@ -243,7 +245,10 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
     resetHover();
     if (answer == Answer::No) {
       TDialogExcellon dialog(choices, settings, ui.DecimalSeparator());
-      if (ui.RunDialog(dialog)) continue;
+      if (ui.RunDialog(dialog)) {
+        modern = false;
+        continue;
+      }
     }
     // The drill list was not rebuilt during the load: it still matches the drills that stand.
     ui.SetStatus("");
