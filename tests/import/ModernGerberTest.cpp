@@ -121,6 +121,9 @@ TEST(ModernGerber, MacroFlashesBecomeTheNearestPad) {
        "", kShapeRectangle, 1.8f, 1.3f, 1, 0},
       // A triangle fits no shape: its area is filled with strokes.
       {"4,1,3,0,0,2,0,1,1.5,0,0,0*", "", 0, 0, 0, 0, -1},
+      // Thermals and moirés neither: their rings are filled, a moiré's cross hairs are bars.
+      {"7,0,0,2,1,0.3,0*", "", 0, 0, 0, 0, -1},
+      {"6,0,0,2,0.2,0.2,2,0.1,2.4,0*", "", kShapeRectangle, 2.4f, 0.1f, 2, -1},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.macro);
