@@ -9,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   nlohmann-json3-dev libcli11-dev
   libdxflib-dev
+  gerbv netpbm
   xvfb xauth
 )
 

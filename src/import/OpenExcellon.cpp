@@ -10,6 +10,7 @@
 #include "import/DrillOrientation.h"
 #include "import/ExcellonReader.h"
 #include "import/JobSnapshot.h"
+#include "import/modern/ModernExcellon.h"
 
 namespace isolith {
 
@@ -159,6 +160,9 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
                        ? kExcellonBasicCoordinates
                        : kExcellonNoTrailingZeros;
 
+  // The modern reading goes by the file's own header; when the person finds it wrong and
+  // answers the dialog, the next try reads with those answers the classic way.
+  bool modern = settings.ModernImport;
   for (;;) {
     std::ifstream file(path, std::ios::binary);
     if (!file) return ExcellonResult::NotOpened;
@@ -173,12 +177,17 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
     const ExcellonFormat format{choices.format, choices.relative,
                                 choices.metric, choices.digitSet ? choices.digits : 0.0f,
                                 row.ScaleIn,    row.DrillScaleIn};
-    ReadExcellon(file, format, b);
+    // The modern reading takes the file's own header and, beside a first layer, its frame.
+    const bool framed = modern && b.Pads[0];
+    if (modern)
+      ReadModernExcellon(file, row.DrillScaleIn, b);
+    else
+      ReadExcellon(file, format, b);
     file.close();
     b.Busy = false;
     b.FinalRendering = false;
 
-    if (!b.ImportDrills || !GuessSize(b)) {
+    if (!b.ImportDrills || (!framed && !GuessSize(b))) {
       FreeDrills(b, b.ImportDrills);
       b.ImportDrills = nullptr;
       before.Restore(b);
@@ -198,11 +207,14 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
     b.ImportDrills = nullptr;
     resetHover();
     b.ActiveLayer = kDrillLayer;
-    KeepOffEdges(b);
-    if (b.Pads[0]) AlignLayer(b, kDrillLayer);
+    if (!framed) KeepOffEdges(b);
+    if (b.Pads[0] && !framed) AlignLayer(b, kDrillLayer);
     const float thickness = steps.cardThickness ? steps.cardThickness() : b.CardThickness;
-    if (!b.Pads[0] || PadOverlap(b, kDrillLayer) >= 50) {
+    if (framed || !b.Pads[0] || PadOverlap(b, kDrillLayer) >= 50) {
+      // Holes in the first layer's frame move with it, should the card need to grow.
+      if (framed) b.ActiveLayer = 0;
       SetCardFromContent(b, thickness);
+      b.ActiveLayer = kDrillLayer;
       ResetView(b);
       if (settings.AutoReframe) Reframe(context);
     } else {
@@ -233,7 +245,10 @@ ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices
     resetHover();
     if (answer == Answer::No) {
       TDialogExcellon dialog(choices, settings, ui.DecimalSeparator());
-      if (ui.RunDialog(dialog)) continue;
+      if (ui.RunDialog(dialog)) {
+        modern = false;
+        continue;
+      }
     }
     // The drill list was not rebuilt during the load: it still matches the drills that stand.
     ui.SetStatus("");

@@ -67,7 +67,10 @@ enum class ExcellonResult {
 // when empty, since fitting turned drills needs one), saveSettings, and rebuildDrillTable after
 // an accepted load. Any bytes at all give either drills to accept or the error box "An error
 // occurred while loading the file."; a refused or cancelled load puts the job back exactly as it
-// was: drills, drill table, board positions, card, origin, centering holes, view, layer.
+// was: drills, drill table, board positions, card, origin, centering holes, view, layer. With
+// ModernImport the first try reads by the file's own header, in the frame of the first layer
+// when it has pads (no alignment, no turning); a try after the dialog reads the classic way with
+// the dialog's answers.
 ExcellonResult OpenExcellonFile(ImportContext& context, ExcellonChoices& choices,
                                 const std::string& path);
 

@@ -12,6 +12,7 @@
 #include "import/GerberReader.h"
 #include "import/RecentFiles.h"
 #include "import/WinTyponReader.h"
+#include "import/modern/ModernGerberReader.h"
 
 namespace isolith {
 
@@ -231,6 +232,8 @@ LoadResult OpenGerberFile(ImportContext& c, const std::string& path, int layer) 
   if (winTypon) {
     layer = 0;
     ReadWinTypon(file, format.ScaleIn, b);
+  } else if (s.ModernImport) {
+    ReadModernGerber(file, format, layer, s.ArcTolerance, b);
   } else {
     ReadGerber(file, format, layer, b);
   }

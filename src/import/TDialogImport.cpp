@@ -10,6 +10,9 @@ namespace {
 constexpr double kMinimumScale = 0.001;
 constexpr double kMaximumScale = 1000;
 constexpr int kScaleDecimals = 3;
+constexpr double kMinimumArcTolerance = 0.0001;
+constexpr double kMaximumArcTolerance = 1;
+constexpr int kToleranceDecimals = 4;
 
 }  // namespace
 
@@ -30,6 +33,8 @@ TDialogImport::TDialogImport(Settings& settings, int row, std::string_view windo
   flipX = f.FlipXY & 1;
   flipY = f.FlipXY & 2;
   swapXY = f.FlipXY & 4;
+  modernImport = settings_.ModernImport;
+  arcTolerance = FormatFieldFloat(settings_.ArcTolerance, kToleranceDecimals, separator);
 }
 
 bool TDialogImport::Accept(Platform& platform) {
@@ -47,7 +52,13 @@ bool TDialogImport::Accept(Platform& platform) {
     return refuse(kAperScaleIn);
   if (!CheckFloatField(platform, "Drills", drillScaleIn, "", drill, kMinimumScale, kMaximumScale))
     return refuse(kDrillScaleIn);
+  float tolerance = settings_.ArcTolerance;
+  if (!CheckFloatField(platform, "Arc tolerance", arcTolerance, "", tolerance, kMinimumArcTolerance,
+                       kMaximumArcTolerance))
+    return refuse(kArcTolerance);
   focus = kNoField;
+  settings_.ModernImport = modernImport;
+  settings_.ArcTolerance = tolerance;
   f.ScaleIn = scale;
   f.AperScaleIn = aperture;
   f.DrillScaleIn = drill;

@@ -28,14 +28,20 @@ class TDialogImport : public DialogForm {
   std::string drillScaleIn;  // "&Drills :"
   bool hasApertures = true;
   bool flipX = false, flipY = false, swapXY = false;  // "Flip :" "X", "Y", "X/Y"
+  // "&Modern reading (regions, arcs, macros, drill headers)": ModernImport, shared by every
+  // dialect; "Arc &tolerance (mm) :" ArcTolerance, the chord error of the arcs it reads.
+  bool modernImport = false;
+  std::string arcTolerance;
 
   // The field the last refusal named, for the view's focus.
-  enum Field { kNoField, kScaleIn, kAperScaleIn, kDrillScaleIn };
+  enum Field { kNoField, kScaleIn, kAperScaleIn, kDrillScaleIn, kArcTolerance };
   Field focus = kNoField;
 
   std::string_view FormName() const override { return "TDialogImport"; }
   // Each field must lie from 0.001 to 1000; the first that does not is refused by the standard
-  // field check and nothing is written. Otherwise the scales and the three bits go to the row.
+  // field check and nothing is written, nor is an arc tolerance outside 0.0001 to 1. Otherwise
+  // the scales and the three bits go to the row, the modern reading and its tolerance to the
+  // settings.
   bool Accept(Platform& platform) override;
 
  private:

@@ -163,6 +163,10 @@ struct Settings {
   bool AutoReframe = true;
   bool DetectGndPlanes = true;
   bool DetectCutOut = true;
+  // Reading of today's files: filled regions, arcs, aperture macros, polarity, step and repeat,
+  // self-describing drill files. Off, the readers keep to the classic rules.
+  bool ModernImport = false;
+  float ArcTolerance = 0.01f;  // mm between an arc and the chords that stand for it
 
   // [Exports]
   std::string ExportPath;

@@ -364,6 +364,8 @@ std::vector<SettingsSection> BuildTable() {
     keys.push_back(YesNoKey("AutoReframe", FIELD(AutoReframe)));
     keys.push_back(YesNoKey("DetectGndPlanes", FIELD(DetectGndPlanes)));
     keys.push_back(YesNoKey("DetectCutOut", FIELD(DetectCutOut)));
+    keys.push_back(YesNoKey("ModernImport", FIELD(ModernImport)));
+    keys.push_back(FloatKey("ArcTolerance", FIELD(ArcTolerance), 0.01f, 0.0001f, 1.0f, "0.01"));
     table.push_back({"Imports", std::move(keys)});
   }
 

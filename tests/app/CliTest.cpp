@@ -159,5 +159,24 @@ TEST(Cli, InfoCountsEachLayer) {
             std::string::npos);
 }
 
+// --modern reads this run's files the modern way and leaves the settings file as it was.
+TEST(Cli, ModernReadsARegionAsCopperForThisRunOnly) {
+  TempFolder program, config;
+  const std::string file = config.path() + "pour.gbr";
+  std::ofstream(file) << "%FSLAX34Y34*%%MOMM*%%ADD10C,1.0*%D10*X0Y0D03*X100000Y100000D03*"
+                         "G36*X0Y0D02*X100000Y0D01*Y100000D01*X0D01*Y0D01*G37*M02*";
+  auto tracks = [&](std::vector<std::string> words) {
+    std::vector<std::string> args = {"--config",        config.path(), "--set",
+                                     "DetectCutOut=No", "info",        "--json"};
+    args.insert(args.end(), words.begin(), words.end());
+    const CliRun r = Cli(program.path(), args);
+    EXPECT_EQ(r.status, kCliOk) << r.err;
+    return int(nlohmann::json::parse(r.out)["layers"][0]["tracks"]);
+  };
+  EXPECT_EQ(tracks({file}), 4);  // the outline, drawn with the pen of the moment
+  EXPECT_GT(tracks({"--modern", file}), 100);
+  EXPECT_NE(ReadAll(config.path() + "Isolith.ini").find("ModernImport=No"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace isolith

@@ -146,6 +146,19 @@ TEST(ImportScales, TheDialogEditsOneRow) {
   EXPECT_FALSE(excellon.hasApertures);
   excellon.aperScaleIn = "nonsense";  // absent for drills: never checked
   EXPECT_TRUE(excellon.Accept(platform));
+
+  // The modern reading and its arc tolerance are the program's, whichever row shows them.
+  EXPECT_FALSE(excellon.modernImport);
+  EXPECT_EQ(excellon.arcTolerance, "0.01");
+  excellon.modernImport = true;
+  excellon.arcTolerance = "5";  // above 1 mm: refused, nothing written
+  EXPECT_FALSE(excellon.Accept(platform));
+  EXPECT_EQ(excellon.focus, TDialogImport::kArcTolerance);
+  EXPECT_FALSE(s.ModernImport);
+  excellon.arcTolerance = "0.002";
+  EXPECT_TRUE(excellon.Accept(platform));
+  EXPECT_TRUE(s.ModernImport);
+  EXPECT_FLOAT_EQ(s.ArcTolerance, 0.002f);
 }
 
 }  // namespace

@@ -159,6 +159,28 @@ TEST_F(OpenExcellon, CancelPutsTheJobBackExactly) {
   EXPECT_FLOAT_EQ(board.CardWidth, width);
 }
 
+// The modern reading puts the holes where the first layer's load put its copper, by the file's
+// own numbers, and turns nothing; after a "No" the dialog's answers read the classic way.
+TEST_F(OpenExcellon, ModernReadingTakesTheFirstLayersFrameUntilTheDialogAnswers) {
+  PadJob();
+  settings.ModernImport = true;
+  std::vector<std::pair<double, double>> holes;
+  for (auto [x, y] : kPads) holes.push_back({x - 2, y + 7});  // the file's frame
+  const std::string path = Write("modern.drl", DrillFile(holes));
+  EXPECT_EQ(Load(path), ExcellonResult::Accepted);
+  EXPECT_TRUE(platform.dialogsRun.empty());
+  ASSERT_EQ(CountOf(board.Drills), 5);
+  EXPECT_EQ(PadOverlap(board, kDrillLayer), 100);
+  EXPECT_FLOAT_EQ(board.Drills->x, board.Pads[0]->x);
+  EXPECT_FLOAT_EQ(board.PadSizeX[0][3], 2);  // no turn
+
+  platform.answers = {Answer::No, Answer::Yes};
+  platform.dialogs["TDialogExcellon"] = [](DialogForm&) { return true; };
+  EXPECT_EQ(Load(path), ExcellonResult::Accepted);
+  EXPECT_EQ(platform.dialogsRun, std::vector<std::string>{"TDialogExcellon"});
+  EXPECT_EQ(platform.questions.size(), 3u);
+}
+
 TEST_F(OpenExcellon, NoReadsAgainWithTheDialogsChoices) {
   settings.DrillImportFormat = 17;
   std::string path = Write("retry.abc", "METRIC\nT1C0.8\nX10Y10\nX30Y10\nX10Y40\n");

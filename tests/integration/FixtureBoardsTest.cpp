@@ -14,7 +14,11 @@
 #include <string>
 #include <vector>
 
+#include "cli/CliJob.h"
 #include "cli/CliMain.h"
+#include "commands/Application.h"
+#include "import/modern/ModernExcellon.h"
+#include "support/FakePlatform.h"
 #include "support/TempFolder.h"
 
 namespace isolith {
@@ -379,6 +383,37 @@ TEST_P(FixtureBoard, DrillFilesMeetTheirPads) {
     if (c.plated) {
       EXPECT_GE(int(run.job["drillOverlap"]), 50);
     }
+  }
+}
+
+// With the modern reading the drill files need no answers: each reads by its own header (or,
+// where that is silent, the reading that fits the pads best) in the frame of its copper, and
+// nearly every plated hole stands on a pad.
+TEST_P(FixtureBoard, ModernDrillFilesLandOnTheirPads) {
+  ASSERT_TRUE(BoardsInstalled()) << kNotInstalled;
+  const std::string board = GetParam();
+  for (const DrillCase& c : DrillCases()) {
+    if (board != c.board || !c.plated) continue;
+    SCOPED_TRACE(board + "/" + c.drills + " on " + c.copper);
+    TempFolder program, config;
+    test::FakePlatform platform;
+    Application app(platform, program.path(), config.path());
+    InitSettings(app);
+    JobArguments job;
+    job.modern = true;
+    job.layerFiles = {(kBoards / board / c.copper).string()};
+    job.drillFile = (kBoards / board / c.drills).string();
+    std::vector<LoadedFile> loaded;
+    ASSERT_TRUE(LoadJob(app, job, loaded));
+    // The files do not say which holes are plated; the boards' 3.2 mm mounting holes stand in
+    // bare board, and are left out.
+    std::vector<DrillHole> holes;
+    int all = 0;
+    for (const TDrill* d = app.board.Drills; d; d = d->next, ++all)
+      if (app.board.DrillDiameter[d->code] < 3.0f) holes.push_back({d->x, d->y, d->code});
+    EXPECT_EQ(all, CountHoles(kBoards / board / c.drills));
+    const double share = HolesOnCopper(app.board, 0, holes, 0, 0);
+    EXPECT_GE(share, 0.95);
   }
 }
 

@@ -222,6 +222,7 @@ TEST(ParameterViews, ImportScalesHideTheAperturesOfDrillFilesAndWriteTheRow) {
     drills = Find<QLineEdit>(d, "drillScaleIn");
     EXPECT_TRUE(Find<QLineEdit>(d, "aperScaleIn")->isVisible());
     Find<QCheckBox>(d, "flipY")->click();
+    Find<QCheckBox>(d, "modernImport")->click();
     Type(Find<QLineEdit>(d, "scaleIn"), "2");
     Type(drills, "-1");  // below 0.001
     Press(d, QDialogButtonBox::Ok);
@@ -237,6 +238,7 @@ TEST(ParameterViews, ImportScalesHideTheAperturesOfDrillFilesAndWriteTheRow) {
   EXPECT_EQ(row.ScaleIn, 2);
   EXPECT_EQ(row.DrillScaleIn, 1.5f);
   EXPECT_EQ(row.FlipXY & 7, 2);
+  EXPECT_TRUE(settings.ModernImport);
 }
 
 TEST(ParameterViews, ExcellonDigitsGoWithPredefinedAndABadFormatKeepsTheDialog) {

@@ -162,6 +162,7 @@ bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments&
     if (!value(answer)) return false;
     return ParseDrillAnswer(word, answer, job.drillAnswers, error);
   }
+  if (word == "--modern") return job.modern = true;
   if (allowToolpaths && word == "--contours") return job.contours = true;
   if (allowToolpaths && word == "--hatches") return job.hatches = job.contours = true;
   if (!word.empty() && word[0] == '-') {
@@ -174,6 +175,7 @@ bool ParseJobWord(const std::vector<std::string>& args, size_t& i, JobArguments&
 
 bool LoadJob(Application& app, const JobArguments& job, std::vector<LoadedFile>& loaded) {
   Board& b = app.board;
+  if (job.modern) OverrideForRun(app, "ModernImport", "Yes");
   // Before anything is read, so that the run's overrides are still those of its start.
   if (!job.drillFile.empty()) GiveDrillAnswers(app, job);
   ImportContext context = MakeImportContext(app);

@@ -35,6 +35,7 @@ struct JobArguments {
   std::string drillFile;                // --drills FILE
   bool contours = false;                // --contours
   bool hatches = false;                 // --hatches
+  bool modern = false;                  // --modern: ModernImport for this run
   DrillAnswers drillAnswers;            // --drill-zeros, --drill-units, --drill-coordinates
 };
 

@@ -41,7 +41,12 @@ bool TDialogImportView(DialogForm& base, Platform& platform, QWidget* parent) {
   for (QCheckBox* box : {flipX, flipY, swapXY}) flips->addWidget(box);
   flips->addStretch();
   grid->addWidget(new QLabel(QStringLiteral("Flip :"), &dialog), row, 0);
-  grid->addLayout(flips, row, 1, 1, 2);
+  grid->addLayout(flips, row++, 1, 1, 2);
+  QCheckBox* modern = CheckBox("&Modern reading (regions, arcs, macros, drill headers)",
+                               form->modernImport, "modernImport");
+  grid->addWidget(modern, row++, 0, 1, 3);
+  QLineEdit* arcTolerance = NumberField(form->arcTolerance, "arcTolerance");
+  AddFieldRow(grid, row++, "Arc &tolerance (mm) :", arcTolerance);
 
   dialog.acceptRule = [&] {
     form->scaleIn = FromQ(scaleIn->text());
@@ -50,6 +55,8 @@ bool TDialogImportView(DialogForm& base, Platform& platform, QWidget* parent) {
     form->flipX = flipX->isChecked();
     form->flipY = flipY->isChecked();
     form->swapXY = swapXY->isChecked();
+    form->modernImport = modern->isChecked();
+    form->arcTolerance = FromQ(arcTolerance->text());
     if (form->Accept(platform)) return true;
     switch (form->focus) {
       case TDialogImport::kScaleIn:
@@ -60,6 +67,9 @@ bool TDialogImportView(DialogForm& base, Platform& platform, QWidget* parent) {
         break;
       case TDialogImport::kDrillScaleIn:
         FocusField(drillScaleIn);
+        break;
+      case TDialogImport::kArcTolerance:
+        FocusField(arcTolerance);
         break;
       case TDialogImport::kNoField:
         break;
