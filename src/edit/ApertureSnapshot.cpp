@@ -52,9 +52,11 @@ void Locate(const std::array<R*, 5>& lists, const R* record, int& layer, int& in
 
 ApertureSnapshot::ApertureSnapshot(Board& board, int layer, Kind kind)
     : board_(board), layer_(layer), kind_(kind) {
-  std::copy_n(board.PadShape[layer], kApertures, shape_);
-  std::copy_n(board.PadSizeX[layer], kApertures, sizeX_);
-  std::copy_n(board.PadSizeY[layer], kApertures, sizeY_);
+  for (int l = 0; l < kCircuitLayers; ++l) {
+    std::copy_n(board.PadShape[l], kApertures, shape_[l]);
+    std::copy_n(board.PadSizeX[l], kApertures, sizeX_[l]);
+    std::copy_n(board.PadSizeY[l], kApertures, sizeY_[l]);
+  }
   std::copy_n(board.TrackWidth[layer], kApertures, width_);
   std::copy_n(board.DrillDiameter, kApertures, drill_);
   if (kind == kPads) {
@@ -81,11 +83,11 @@ void ApertureSnapshot::Restore() {
   restored_ = true;
   Board& b = board_;
   if (kind_ == kPads) {
-    std::copy_n(shape_, kApertures, b.PadShape[layer_]);
-    std::copy_n(sizeX_, kApertures, b.PadSizeX[layer_]);
-    std::copy_n(sizeY_, kApertures, b.PadSizeY[layer_]);
     std::copy_n(drill_, kApertures, b.DrillDiameter);
     for (int l = 0; l < kCircuitLayers; ++l) {
+      std::copy_n(shape_[l], kApertures, b.PadShape[l]);
+      std::copy_n(sizeX_[l], kApertures, b.PadSizeX[l]);
+      std::copy_n(sizeY_[l], kApertures, b.PadSizeY[l]);
       FreePads(b, b.Pads[l]);
       b.Pads[l] = pads_[l];
     }

@@ -13,8 +13,8 @@ class ApertureSnapshot {
  public:
   // What is copied besides the active layer's tables.
   enum Kind {
-    kPads,    // pad shape and size tables of the layer, the drill table, the pads of all four
-              // circuit layers and the drills
+    kPads,    // pad shape and size tables of the four circuit layers (through-hole pads are
+              // kept alike on all of them), the drill table, all pads and the drills
     kTracks,  // the layer's track width table and the tracks of all four circuit layers
   };
 
@@ -32,8 +32,9 @@ class ApertureSnapshot {
   int layer_;
   Kind kind_;
   bool restored_ = false;
-  uint8_t shape_[kApertures];
-  float sizeX_[kApertures], sizeY_[kApertures], width_[kApertures], drill_[kApertures];
+  uint8_t shape_[kCircuitLayers][kApertures];
+  float sizeX_[kCircuitLayers][kApertures], sizeY_[kCircuitLayers][kApertures];
+  float width_[kApertures], drill_[kApertures];
   std::array<TPad*, kCircuitLayers> pads_{};
   std::array<TTrack*, kCircuitLayers> tracks_{};
   TDrill* drills_ = nullptr;
