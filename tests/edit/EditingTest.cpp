@@ -104,7 +104,8 @@ TEST(PadApertures, EmptiedDrillFieldAndEmptyLayer) {
   EXPECT_EQ(w.b.DrillDiameter[10], 0);
   ASSERT_EQ(CountOf(w.b.Drills), 1);  // no new holes for a hole-free aperture
   EXPECT_EQ(w.b.Drills->code, 10);    // the existing one keeps the aperture's code
-  ASSERT_TRUE(form.Accept(*new test::FakePlatform));
+  test::FakePlatform fake;
+  ASSERT_TRUE(form.Accept(fake));
 
   w.b.ActiveLayer = 2;
   const std::string before = DumpBoard(w.b);
