@@ -72,6 +72,40 @@ void ConnectNumberRow(FormDialog& dialog, const NumberRow& row, Form* form, Show
   });
 }
 
+// A field whose edits reach the form at once; the board behind is repainted after each.
+template <typename Edit>
+void OnEdit(FormDialog& dialog, QLineEdit* field, Platform& platform, Edit edit) {
+  QObject::connect(field, &QLineEdit::textEdited, &dialog, [edit, &platform](const QString& t) {
+    edit(FromQ(t));
+    platform.Repaint(RepaintLevel::View);
+  });
+}
+
+// A button that acts on the form at once, the board repainted.
+template <typename Act>
+void OnPress(FormDialog& dialog, QPushButton* button, Platform& platform, Act act) {
+  button->setAutoDefault(false);
+  QObject::connect(button, &QPushButton::clicked, &dialog, [act, &platform] {
+    act();
+    platform.Repaint(RepaintLevel::View);
+  });
+}
+
+// The shape, the two sizes and the drill of a pad form (the aperture's or the single pad's).
+template <typename Form>
+void ConnectPadFields(FormDialog& dialog, Platform& platform, Form* form, QComboBox* shape,
+                      QLineEdit* x, QLineEdit* y, QLineEdit* drill) {
+  QObject::connect(shape, &QComboBox::activated, &dialog, [=, &platform](int index) {
+    form->ShapeChosen(index);
+    y->setEnabled(form->SizeYEnabled());
+    platform.Repaint(RepaintLevel::View);
+  });
+  OnEdit(dialog, x, platform, [form](const std::string& t) { form->SizeXEdited(t); });
+  OnEdit(dialog, y, platform, [form](const std::string& t) { form->SizeYEdited(t); });
+  OnEdit(dialog, drill, platform, [form](const std::string& t) { form->DrillEdited(t); });
+  y->setEnabled(form->SizeYEnabled());
+}
+
 }  // namespace
 
 bool TDialogChgPadsView(DialogForm& base, Platform& platform, QWidget* parent) {
@@ -97,16 +131,11 @@ bool TDialogChgPadsView(DialogForm& base, Platform& platform, QWidget* parent) {
   auto* applyShape = new QPushButton(ToQ(TDialogChgPads::kShapeText), &dialog);
   auto* applySize = new QPushButton(ToQ(TDialogChgPads::kSizeText), &dialog);
   auto* applyDrill = new QPushButton(ToQ(TDialogChgPads::kDrillText), &dialog);
-  for (QPushButton* b : {applyShape, applySize, applyDrill}) {
-    b->setAutoDefault(false);
-    apply->addWidget(b);
-  }
+  for (QPushButton* b : {applyShape, applySize, applyDrill}) apply->addWidget(b);
   dialog.Body()->addLayout(apply);
   auto* remove = new QPushButton(ToQ(TDialogChgPads::kDeleteText), &dialog);
-  remove->setAutoDefault(false);
   dialog.Body()->addWidget(remove);
 
-  auto changed = [&platform] { platform.Repaint(RepaintLevel::View); };
   auto show = [=, &platform] {
     shape->setCurrentIndex(form->shape);
     ShowText(x, form->sizeX);
@@ -117,39 +146,11 @@ bool TDialogChgPadsView(DialogForm& base, Platform& platform, QWidget* parent) {
   };
   show();
   ConnectNumberRow(dialog, row, form, show);
-  QObject::connect(shape, &QComboBox::activated, &dialog, [=](int index) {
-    form->ShapeChosen(index);
-    y->setEnabled(form->SizeYEnabled());
-    changed();
-  });
-  QObject::connect(x, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->SizeXEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(y, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->SizeYEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(drill, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->DrillEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(applyShape, &QPushButton::clicked, &dialog, [=] {
-    form->ApplyShapeToAll();
-    changed();
-  });
-  QObject::connect(applySize, &QPushButton::clicked, &dialog, [=] {
-    form->ApplySizeToAll();
-    changed();
-  });
-  QObject::connect(applyDrill, &QPushButton::clicked, &dialog, [=] {
-    form->ApplyDrillToAll();
-    changed();
-  });
-  QObject::connect(remove, &QPushButton::clicked, &dialog, [=] {
-    form->DeleteAllOfType();
-    changed();
-  });
+  ConnectPadFields(dialog, platform, form, shape, x, y, drill);
+  OnPress(dialog, applyShape, platform, [form] { form->ApplyShapeToAll(); });
+  OnPress(dialog, applySize, platform, [form] { form->ApplySizeToAll(); });
+  OnPress(dialog, applyDrill, platform, [form] { form->ApplyDrillToAll(); });
+  OnPress(dialog, remove, platform, [form] { form->DeleteAllOfType(); });
   dialog.acceptRule = [&] { return form->Accept(platform); };
   return dialog.Run();
 }
@@ -165,32 +166,16 @@ bool TDialogChgTracksView(DialogForm& base, Platform& platform, QWidget* parent)
   auto* apply = new QPushButton(ToQ(TDialogChgTracks::kApplyText), &dialog);
   auto* remove = new QPushButton(ToQ(TDialogChgTracks::kDeleteText), &dialog);
   auto* centreline = new QPushButton(ToQ(TDialogChgTracks::kCentrelineText), &dialog);
-  for (QPushButton* b : {apply, remove, centreline}) {
-    b->setAutoDefault(false);
-    dialog.Body()->addWidget(b);
-  }
-  auto changed = [&platform] { platform.Repaint(RepaintLevel::View); };
+  for (QPushButton* b : {apply, remove, centreline}) dialog.Body()->addWidget(b);
   auto show = [=, &platform] {
     ShowText(width, form->width);
     platform.Repaint(RepaintLevel::View);
   };
   ConnectNumberRow(dialog, row, form, show);
-  QObject::connect(width, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->WidthEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(apply, &QPushButton::clicked, &dialog, [=] {
-    form->ApplyWidthToAll();
-    changed();
-  });
-  QObject::connect(remove, &QPushButton::clicked, &dialog, [=] {
-    form->DeleteAllOfType();
-    changed();
-  });
-  QObject::connect(centreline, &QPushButton::clicked, &dialog, [=] {
-    form->ToggleCentreline();
-    changed();
-  });
+  OnEdit(dialog, width, platform, [form](const std::string& t) { form->WidthEdited(t); });
+  OnPress(dialog, apply, platform, [form] { form->ApplyWidthToAll(); });
+  OnPress(dialog, remove, platform, [form] { form->DeleteAllOfType(); });
+  OnPress(dialog, centreline, platform, [form] { form->ToggleCentreline(); });
   dialog.acceptRule = [&] { return form->Accept(platform); };
   return dialog.Run();
 }
@@ -211,25 +196,7 @@ bool TDialogChgOnePadView(DialogForm& base, Platform& platform, QWidget* parent)
   grid->addLayout(sizes, 1, 1, 1, 2);
   QLineEdit* drill = NumberField(form->drill, "drill");
   AddFieldRow(grid, 2, TDialogChgOnePad::kDrillText, drill);
-  y->setEnabled(form->SizeYEnabled());
-  auto changed = [&platform] { platform.Repaint(RepaintLevel::View); };
-  QObject::connect(shape, &QComboBox::activated, &dialog, [=](int index) {
-    form->ShapeChosen(index);
-    y->setEnabled(form->SizeYEnabled());
-    changed();
-  });
-  QObject::connect(x, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->SizeXEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(y, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->SizeYEdited(FromQ(t));
-    changed();
-  });
-  QObject::connect(drill, &QLineEdit::textEdited, &dialog, [=](const QString& t) {
-    form->DrillEdited(FromQ(t));
-    changed();
-  });
+  ConnectPadFields(dialog, platform, form, shape, x, y, drill);
   dialog.acceptRule = [&] { return form->Accept(platform); };
   return dialog.Run();
 }
@@ -241,10 +208,7 @@ bool TDialogChgOneTrackView(DialogForm& base, Platform& platform, QWidget* paren
   QGridLayout* grid = FieldGrid(dialog);
   QLineEdit* width = NumberField(form->width, "width");
   AddFieldRow(grid, 0, TDialogChgOneTrack::kWidthText, width);
-  QObject::connect(width, &QLineEdit::textEdited, &dialog, [=, &platform](const QString& t) {
-    form->WidthEdited(FromQ(t));
-    platform.Repaint(RepaintLevel::View);
-  });
+  OnEdit(dialog, width, platform, [form](const std::string& t) { form->WidthEdited(t); });
   dialog.acceptRule = [&] { return form->Accept(platform); };
   return dialog.Run();
 }
