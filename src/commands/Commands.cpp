@@ -151,7 +151,7 @@ std::span<const CommandHandler> FileCommandHandlers() {
 
 const CommandHandler* FindCommandHandler(int id) {
   for (auto subject : {FileCommandHandlers, TransformCommandHandlers, ToolpathCommandHandlers,
-                       OutputCommandHandlers})
+                       OutputCommandHandlers, EditCommandHandlers})
     for (const CommandHandler& h : subject())
       if (id >= h.first && id <= h.last) return &h;
   return nullptr;
@@ -191,7 +191,9 @@ bool EscapeKey(Application& app) {
 
 void ClickOutsideBoard(Application& app) {
   const int pending = app.board.PendingCommand;
-  if (IsRectanglePick(pending)) {
+  // The points of a new contour segment must lie on the board.
+  if (IsRectanglePick(pending) || pending == cmd::AddContourSegments ||
+      pending == cmd::AddContourSegmentsSecond) {
     Refuse(app);
   } else if (IsItemPick(pending)) {
     ResetHover(app);

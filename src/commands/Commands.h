@@ -15,7 +15,7 @@ bool RunCommand(Application& app, int id);
 bool EscapeKey(Application& app);
 
 // A left click outside the board while a command is pending: an item pick ends with
-// ResetHover, a rectangle pick beeps and stays.
+// ResetHover; a rectangle pick, and the points of a new contour segment, beep and stay.
 void ClickOutsideBoard(Application& app);
 
 }  // namespace isolith

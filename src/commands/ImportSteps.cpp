@@ -1,6 +1,7 @@
 #include "commands/ImportSteps.h"
 
 #include "commands/CommandHandlers.h"
+#include "commands/EditCommands.h"
 #include "core/board/BoardOps.h"
 #include "edit/Transforms.h"
 #include "toolpath/CardContour.h"
@@ -20,6 +21,14 @@ ImportContext MakeImportContext(Application& app) {
     RequestRepaint(app);
   };
   steps.saveSettings = [&app] { SaveSettings(app); };
+  // After the warning about missing aperture definitions, the aperture dialogs open as the menu
+  // opens them; a run started with AUTOSTART or AUTOMILL goes through without a person.
+  steps.modifyPads = [&app] {
+    if (!(app.AutoStart || app.AutoMill)) ModifyPadsCommand(app, false);
+  };
+  steps.modifyTracks = [&app] {
+    if (!(app.AutoStart || app.AutoMill)) ModifyTracksCommand(app, false);
+  };
   steps.detectCopperPlanes = [&app](int layer) {
     DetectCopperPlanes(app.board, app.platform, layer, false);
   };

@@ -8,9 +8,8 @@
 
 namespace isolith {
 
-// A load context over the application's board, settings and platform. The pad and track
-// dialogs that follow a load with missing aperture definitions are not part of the program yet:
-// those steps are left empty, and the load skips them.
+// A load context over the application's board, settings and platform, with every step of the
+// program filled in.
 ImportContext MakeImportContext(Application& app);
 
 }  // namespace isolith

@@ -15,10 +15,20 @@
 #include <vector>
 
 #include "cli/CliMain.h"
+#include "commands/Application.h"
+#include "commands/Commands.h"
+#include "commands/EditCommands.h"
+#include "commands/ImportSteps.h"
+#include "commands/OutputCommands.h"
+#include "commands/ToolpathCommands.h"
 #include "integration/IsoMoves.h"
 #include "integration/SampleBoards.h"
 #include "integration/SvgGroups.h"
+#include "support/FakePlatform.h"
 #include "support/TempFolder.h"
+#include "toolpath/ContourEdits.h"
+#include "toolpath/geometry/Polylines.h"
+#include "toolpath/geometry/Segments.h"
 
 namespace isolith {
 namespace {
@@ -118,6 +128,64 @@ TEST(MillOutput, EverySampleBoardMillsToAnIsoFileThatCutsItsContours) {
         std::count_if(vertices.begin(), vertices.end(), [](const auto& v) { return !v.second; });
     EXPECT_EQ(uncut, 0) << "of " << vertices.size() << " contour vertices are never cut";
   }
+}
+
+// A path that the contour engine left open on a sample board is closed by hand with "Add
+// selected contour segments" (a caught end, then a click on the other end, which the snap
+// takes exactly), and the milled ISO file then cuts the closing segment.
+TEST(MillOutput, AnOpenContourClosedByHandIsCutClosed) {
+  TempFolder program, config;
+  fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too", config.path() + "Isolith.too");
+  bool closedOne = false;
+  for (const fs::path& layer : TopCopperLayers()) {
+    test::FakePlatform platform;
+    Application app(platform, program.path(), config.path());
+    InitSettings(app);
+    app.settings.DetectCutOut = false;
+    app.settings.DetectGndPlanes = false;
+    ImportContext context = MakeImportContext(app);
+    ASSERT_EQ(OpenGerberFile(context, layer.string(), 0), LoadResult::Loaded);
+    ASSERT_TRUE(CalculateContoursOnAllLayers(app));
+    Board& b = app.board;
+    b.ActiveLayer = 0;
+    // An open path whose ends lie further apart than the join distance, so it stays open.
+    TPolygon* open = nullptr;
+    for (TPolygon* p = b.Contours[0]; p && !open; p = p->next)
+      if (IsOpenPath(*p) && CountPoints(*p) > 2 &&
+          Distance(p->first->x, p->first->y, LastPoint(*p)->x, LastPoint(*p)->y) >
+              ContourJoinTolerance(app) + 0.1f)
+        open = p;
+    if (!open) continue;
+    SCOPED_TRACE(layer.filename().string());
+    const TXY from = *LastPoint(*open), to = *open->first;
+
+    constexpr float kScale = 100;  // pixels per mm: the picks reach 0.12 and 0.04 mm
+    RequestRepaint(app);
+    ASSERT_TRUE(RunCommand(app, cmd::AddContourSegments));
+    ASSERT_TRUE(ContourClickAction(app, cmd::AddContourSegments, from.x, from.y, kScale, false));
+    ASSERT_EQ(b.PendingCommand, cmd::AddContourSegmentsSecond);
+    ASSERT_TRUE(ContourClickAction(app, b.PendingCommand, to.x + 0.02f, to.y, kScale, false));
+    ASSERT_EQ(b.PendingCommand, cmd::AddContourSegments);
+    ASSERT_FALSE(IsOpenPath(*open));
+    EXPECT_EQ(LastPoint(*open)->x, to.x);  // snapped exactly onto the first vertex
+    EXPECT_EQ(LastPoint(*open)->y, to.y);
+
+    const std::string iso = config.path() + "closed.iso";
+    ASSERT_TRUE(MillJob(app, iso));
+    bool cut = false;
+    auto near = [](const test::CutPoint& p, const TXY& v) {
+      return std::fabs(p.x - v.x) < 0.011 && std::fabs(p.y - v.y) < 0.011;
+    };
+    for (const test::CutPath& path : test::IsoCuttingPaths(test::ReadAll(iso)))
+      for (size_t i = 1; i < path.size(); ++i)
+        if ((near(path[i - 1], from) && near(path[i], to)) ||
+            (near(path[i - 1], to) && near(path[i], from)))
+          cut = true;
+    EXPECT_TRUE(cut) << "the closing segment is not milled";
+    closedOne = true;
+    break;
+  }
+  EXPECT_TRUE(closedOne) << "no sample board has an open contour";
 }
 
 }  // namespace

@@ -20,7 +20,9 @@
 #include <functional>
 
 #include "QtTestApp.h"
+#include "core/board/BoardOps.h"
 #include "core/board/Records.h"
+#include "edit/ApertureForms.h"
 #include "edit/TransformForms.h"
 #include "import/ExcellonReader.h"
 #include "import/OpenExcellon.h"
@@ -29,6 +31,7 @@
 #include "params/ToolFile.h"
 #include "params/ToolForms.h"
 #include "support/FakePlatform.h"
+#include "ui/dialogs/ApertureViews.h"
 #include "ui/dialogs/DialogViews.h"
 #include "ui/dialogs/TDialogDrillView.h"
 #include "ui/dialogs/TDialogExcellonView.h"
@@ -83,8 +86,10 @@ TEST(ParameterViews, EveryFormOfTheGroupHasItsView) {
   test::QtTestApp();
   QtPlatform platform;
   RegisterParameterViews(platform);
-  for (const char* name : {"TDialogPcbToolData", "TDialogDrill", "TDialogSize", "TDialogScale",
-                           "TDialogShift", "TDialogManuPlot", "TDialogImport", "TDialogExcellon"})
+  for (const char* name :
+       {"TDialogPcbToolData", "TDialogDrill", "TDialogSize", "TDialogScale", "TDialogShift",
+        "TDialogManuPlot", "TDialogImport", "TDialogExcellon", "TDialogChgPads", "TDialogChgTracks",
+        "TDialogChgOnePad", "TDialogChgOneTrack"})
     EXPECT_TRUE(platform.HasView(name)) << name;
 }
 
@@ -403,6 +408,41 @@ TEST(ParameterViews, ActiveToolsShowWhatTheNumbersGiveAndNeedASetOfDrills) {
   EXPECT_EQ(s.DrillingLib[2], -1);
   EXPECT_TRUE(s.BoringDrills);
   EXPECT_FLOAT_EQ(s.BoringThreshold, 1.2f);
+}
+
+TEST(ParameterViews, PadAperturesEditLiveAndCancelGivesTheTablesBack) {
+  test::QtTestApp();
+  test::FakePlatform fake;
+  Board b;
+  ResetApertureTables(b);
+  TPad* tail = nullptr;
+  AppendTo(b.Pads[0], tail, new TPad{4, 0, 10, 10, nullptr});
+  AppendTo(b.Pads[0], tail, new TPad{7, 0, 20, 10, nullptr});
+  b.PadSizeX[0][7] = 2.5f;
+  TDialogChgPads form(b, '.');
+  float liveX = 0;
+  WhenShown([&](QDialog& d) {
+    EXPECT_EQ(d.windowTitle(), "Pad apertures");
+    auto* number = Find<QComboBox>(d, "number");
+    EXPECT_EQ(number->currentText(), "5");  // code 4 shown as 5
+    QPushButton* next = nullptr;
+    for (QPushButton* b : d.findChildren<QPushButton*>())
+      if (b->text() == ">") next = b;
+    ASSERT_NE(next, nullptr);
+    next->click();
+    EXPECT_EQ(number->currentText(), "8");
+    QLineEdit* x = Find<QLineEdit>(d, "sizeX");
+    EXPECT_EQ(x->text(), "2.50");
+    EXPECT_FALSE(Find<QLineEdit>(d, "sizeY")->isEnabled());  // a circle has one size
+    Type(x, "3");
+    liveX = b.PadSizeX[0][7];
+    Press(d, QDialogButtonBox::Cancel);
+  });
+  EXPECT_FALSE(TDialogChgPadsView(form, fake, nullptr));
+  EXPECT_FLOAT_EQ(liveX, 3);  // the board showed the change while the dialog was open
+  form.Cancel();
+  EXPECT_FLOAT_EQ(b.PadSizeX[0][7], 2.5f);
+  EXPECT_GT(fake.repaints, 0);
 }
 
 }  // namespace

@@ -1,3 +1,4 @@
+#include "ui/dialogs/ApertureViews.h"
 #include "ui/dialogs/DialogViews.h"
 #include "ui/dialogs/TDialogDrillView.h"
 #include "ui/dialogs/TDialogExcellonView.h"
@@ -16,6 +17,10 @@ void RegisterParameterViews(QtPlatform& platform) {
   platform.RegisterView("TDialogSize", TDialogSizeView);
   platform.RegisterView("TDialogScale", TDialogScaleView);
   platform.RegisterView("TDialogShift", TDialogShiftView);
+  platform.RegisterView("TDialogChgPads", TDialogChgPadsView);
+  platform.RegisterView("TDialogChgTracks", TDialogChgTracksView);
+  platform.RegisterView("TDialogChgOnePad", TDialogChgOnePadView);
+  platform.RegisterView("TDialogChgOneTrack", TDialogChgOneTrackView);
   // "Origin point" and "Centering holes" share the form's name.
   platform.RegisterView("TDialogManuPlot", TDialogManuPlotView);
   platform.RegisterView("TDialogImport", TDialogImportView);
