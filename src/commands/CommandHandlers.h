@@ -21,6 +21,7 @@ std::span<const CommandHandler> FileCommandHandlers();       // files, layers, d
 std::span<const CommandHandler> TransformCommandHandlers();  // dimensions, origin, scale, shift
 std::span<const CommandHandler> ToolpathCommandHandlers();   // contours, hatches, planes, card
 std::span<const CommandHandler> OutputCommandHandlers();     // save, mill, output formats
+std::span<const CommandHandler> DisplayCommandHandlers();    // zoom, colours, units, help
 
 // The handler of a command, or null when the command is not built.
 const CommandHandler* FindCommandHandler(int id);
