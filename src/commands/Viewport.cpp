@@ -17,6 +17,15 @@ constexpr float kGridStart = 2.54f;
 constexpr int kGridMaxPixels = 50, kGridMinPixels = 5;
 constexpr double kInchPerMm = 0.0393700787;
 
+// The pixels a length spans at a scale. A box widened to whole pixels spans them again at the
+// next fit, but for the float's last bit: a near-whole count is taken as whole, so that the fit
+// stays where it is from one repaint to the next.
+double SpannedPixels(double length, float pixelSize) {
+  const double pixels = length / pixelSize;
+  const double whole = std::round(pixels);
+  return std::abs(pixels - whole) < 1e-3 ? whole : pixels;
+}
+
 bool ReachesAllCardEdges(const Board& b) {
   return b.ViewLeft < kEdgeTolerance && b.ViewBottom < kEdgeTolerance &&
          b.ViewRight > b.CardWidth - kEdgeTolerance && b.ViewTop > b.CardHeight - kEdgeTolerance;
@@ -101,12 +110,12 @@ void FitView(Viewport& v, Board& b, bool newScale) {
   } else if (newScale || !(v.PixelSize > 0)) {
     if (w / h <= static_cast<double>(width) / height) {
       v.PixelSize = static_cast<float>(h / height);
-      const int spare = static_cast<int>((width - w / v.PixelSize) / 2);
+      const int spare = static_cast<int>((width - SpannedPixels(w, v.PixelSize)) / 2);
       r = {c.left + marginLeft + spare, c.top + marginTop, c.left + marginLeft + width - spare,
            c.top + marginTop + height};
     } else {
       v.PixelSize = static_cast<float>(w / width);
-      const int spare = static_cast<int>((height - h / v.PixelSize) / 2);
+      const int spare = static_cast<int>((height - SpannedPixels(h, v.PixelSize)) / 2);
       r = {c.left + marginLeft, c.top + marginTop + spare, c.left + marginLeft + width,
            c.top + marginTop + height - spare};
     }
