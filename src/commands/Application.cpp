@@ -6,6 +6,7 @@
 #include "commands/ConfigFolder.h"
 #include "core/board/BoardOps.h"
 #include "edit/Transforms.h"
+#include "params/ColourSets.h"
 #include "params/ToolFile.h"
 
 namespace isolith {
@@ -112,13 +113,10 @@ bool CommandChecked(int id, const Application& app) {
       return s.ShowGrid;
     // The orange set stores 0x006060 but its row looks for 0x006080: its tick stays off.
     case cmd::BlackBackground:
-      return s.BoardBackground == 0x000000;
     case cmd::GreenBackground:
-      return s.BoardBackground == 0x008000;
     case cmd::OrangeBackground:
-      return s.BoardBackground == 0x006080;
     case cmd::WhiteBackground:
-      return s.BoardBackground == 0xFFFFFF;
+      return s.BoardBackground == StandardColourSets()[id - cmd::BlackBackground].tickBackground;
     case cmd::Millimeters:
       return s.LengthUnit == kLengthMm;
     case cmd::Inches:

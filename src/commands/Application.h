@@ -8,6 +8,7 @@
 
 #include "commands/CommandTable.h"
 #include "commands/ToolpathSession.h"
+#include "commands/Viewport.h"
 #include "core/board/Board.h"
 #include "core/platform/Platform.h"
 #include "import/OpenExcellon.h"
@@ -72,6 +73,8 @@ class Application {
 
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;
+  // The board on the screen: scale, client and board rectangles, grid step.
+  Viewport view;
 
   // Set by "E&xit": the window closes at its next turn.
   bool ExitRequested = false;

@@ -22,6 +22,7 @@ std::span<const CommandHandler> TransformCommandHandlers();  // dimensions, orig
 std::span<const CommandHandler> ToolpathCommandHandlers();   // contours, hatches, planes, card
 std::span<const CommandHandler> OutputCommandHandlers();     // save, mill, output formats
 std::span<const CommandHandler> EditCommandHandlers();       // apertures, items, contour edits
+std::span<const CommandHandler> DisplayCommandHandlers();    // zoom, colours, units, help
 
 // The handler of a command, or null when the command is not built.
 const CommandHandler* FindCommandHandler(int id);

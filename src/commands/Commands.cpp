@@ -103,15 +103,6 @@ void RunFileCommand(Application& app, int id) {
     case cmd::AutomaticReframing:
       ToggleSetting(app, app.settings.AutoReframe);
       break;
-    case cmd::FinalRendering:
-      b.FinalRendering = !b.FinalRendering;
-      RequestRepaint(app);
-      break;
-    case cmd::VisualGrid:
-      app.settings.ShowGrid = !app.settings.ShowGrid;
-      SaveSettings(app);
-      RequestRepaint(app);
-      break;
     default:
       break;
   }
@@ -137,7 +128,6 @@ constexpr CommandHandler kFileHandlers[] = {
     {cmd::DetectCardContourOnOpen, cmd::DetectCardContourOnOpen, RunFileCommand},
     {cmd::RotatePads90, cmd::RotatePads90, RunFileCommand},
     {cmd::Layer1, cmd::Layer6, RunShowLayer},
-    {cmd::FinalRendering, cmd::VisualGrid, RunFileCommand},
     {cmd::ImportScaleFirst, cmd::ImportScaleLast, EditImportScales},
     {cmd::AutomaticReframing, cmd::AutomaticReframing, RunFileCommand},
     {cmd::Reframe, cmd::Reframe, RunFileCommand},
@@ -151,7 +141,7 @@ std::span<const CommandHandler> FileCommandHandlers() {
 
 const CommandHandler* FindCommandHandler(int id) {
   for (auto subject : {FileCommandHandlers, TransformCommandHandlers, ToolpathCommandHandlers,
-                       OutputCommandHandlers, EditCommandHandlers})
+                       OutputCommandHandlers, EditCommandHandlers, DisplayCommandHandlers})
     for (const CommandHandler& h : subject())
       if (id >= h.first && id <= h.last) return &h;
   return nullptr;

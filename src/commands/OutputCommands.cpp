@@ -43,6 +43,9 @@ class ConfirmingPlatform : public Platform {
   void Repaint(RepaintLevel level) override { p_.Repaint(level); }
   void PumpMessages(int milliseconds) override { p_.PumpMessages(milliseconds); }
   void SetBusyCursor(bool busy) override { p_.SetBusyCursor(busy); }
+  void BeginProgress(std::string_view title) override { p_.BeginProgress(title); }
+  void EndProgress() override { p_.EndProgress(); }
+  bool StopRequested() override { return p_.StopRequested(); }
   std::optional<std::string> OpenFileDialog(FileRequest& request) override {
     return p_.OpenFileDialog(request);
   }

@@ -64,14 +64,17 @@ bool RunContourCalculation(Application& app, bool dialog) {
   }
   ContourSettings contour = ContourSettingsFrom(s, app.tools);
   app.platform.SetBusyCursor(true);
+  app.platform.BeginProgress("Calculate contours");
   const int active = b.ActiveLayer;
   for (int layer = 0; layer < kCircuitLayers; ++layer) {
     if (!app.toolpath.ContourAllLayers && layer != active) continue;
+    if (app.platform.StopRequested()) break;
     b.ActiveLayer = layer;
     RequestRepaint(app);
     CalculateContours(b, layer, contour, &app.platform);
   }
   b.ActiveLayer = active;
+  app.platform.EndProgress();
   app.platform.SetBusyCursor(false);
   // The calculation clamps the counts; the settings keep what it used.
   if (contour.passes != s.MillingNb1 || contour.padPasses != s.MillingNb2) {
@@ -84,8 +87,10 @@ bool RunContourCalculation(Application& app, bool dialog) {
 
 void RunHatchCalculation(Application& app) {
   app.platform.SetBusyCursor(true);
+  app.platform.BeginProgress("Calculate hatches");
   CalculateHatchesOnLayers(app.board, HatchSettingsFrom(app.settings, app.tools),
                            app.toolpath.hatch, &app.platform);
+  app.platform.EndProgress();
   app.platform.SetBusyCursor(false);
 }
 
@@ -323,8 +328,10 @@ bool ToolpathRectangleAction(Application& app, int pendingId, float x1, float y1
                              float y2) {
   if (pendingId != cmd::CalculateHatches) return false;
   app.platform.SetBusyCursor(true);
+  app.platform.BeginProgress("Calculate hatches");
   HatchSelectedZone(app.board, app.toolpath.hatch, HatchSettingsFrom(app.settings, app.tools),
                     HatchRect{x1, y1, x2, y2}, &app.platform);
+  app.platform.EndProgress();
   app.platform.SetBusyCursor(false);
   RequestRepaint(app);
   return true;

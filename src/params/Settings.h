@@ -72,6 +72,9 @@ inline constexpr int kOutputFormats = 35;        // codes 0..34
 inline constexpr int kLengthMm = 0, kLengthInch = 1;
 inline constexpr int kSpeedMPerMin = 0, kSpeedMmPerMin = 1, kSpeedMmPerS = 2, kSpeedInchPerMin = 3,
                      kSpeedInchPerS = 4;
+// Their texts, by index: the file's values and the labels of the dialogs.
+inline constexpr const char* kLengthUnitLabels[] = {"mm", "\""};
+inline constexpr const char* kSpeedUnitLabels[] = {"m/min", "mm/min", "mm/s", "\"/min", "\"/s"};
 
 // The colour value that means "automatic".
 inline constexpr uint32_t kColourAuto = 1;

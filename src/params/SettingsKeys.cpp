@@ -1,6 +1,7 @@
 #include "params/SettingsKeys.h"
 
 #include <climits>
+#include <iterator>
 #include <unordered_map>
 
 #include "params/SettingsFile.h"
@@ -304,21 +305,21 @@ std::vector<SettingsSection> BuildTable() {
     topBar.write = [](std::string& out, const Settings& s) {
       WriteIntLine(out, "TopBarStyle", s.TopBarStyle, "0");
     };
-    table.push_back(
-        {"Application",
-         {FrameKey("FrameWinX", FIELD(FrameWinX), width),
-          FrameKey("FrameWinY", FIELD(FrameWinY), height),
-          FrameKey("FrameWinW", FIELD(FrameWinW), width),
-          FrameKey("FrameWinH", FIELD(FrameWinH), height),
-          IntKey("ZapSound", FIELD(ZapSound), 0, 0, 255, "0"),
-          IntKey("BeepSound", FIELD(BeepSound), 0, 0, 255, "0"),
-          YesNoKey("ForceMouseWheel", FIELD(ForceMouseWheel)),
-          YesNoKey("ShowGrid", FIELD(ShowGrid)),
-          WrittenOnly("InstallPath", [](const Settings& s) { return s.InstallPath; }),
-          UnitKey("LengthUnit", FIELD(LengthUnit), FIELD(LengthUnitLabel), {"mm", "\""}),
-          UnitKey("SpeedUnit", FIELD(SpeedUnit), FIELD(SpeedUnitLabel),
-                  {"m/min", "mm/min", "mm/s", "\"/min", "\"/s"}),
-          topBar}});
+    table.push_back({"Application",
+                     {FrameKey("FrameWinX", FIELD(FrameWinX), width),
+                      FrameKey("FrameWinY", FIELD(FrameWinY), height),
+                      FrameKey("FrameWinW", FIELD(FrameWinW), width),
+                      FrameKey("FrameWinH", FIELD(FrameWinH), height),
+                      IntKey("ZapSound", FIELD(ZapSound), 0, 0, 255, "0"),
+                      IntKey("BeepSound", FIELD(BeepSound), 0, 0, 255, "0"),
+                      YesNoKey("ForceMouseWheel", FIELD(ForceMouseWheel)),
+                      YesNoKey("ShowGrid", FIELD(ShowGrid)),
+                      WrittenOnly("InstallPath", [](const Settings& s) { return s.InstallPath; }),
+                      UnitKey("LengthUnit", FIELD(LengthUnit), FIELD(LengthUnitLabel),
+                              {std::begin(kLengthUnitLabels), std::end(kLengthUnitLabels)}),
+                      UnitKey("SpeedUnit", FIELD(SpeedUnit), FIELD(SpeedUnitLabel),
+                              {std::begin(kSpeedUnitLabels), std::end(kSpeedUnitLabels)}),
+                      topBar}});
   }
 
   table.push_back({"Colours",

@@ -226,8 +226,13 @@ void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platfo
   if (s.distance < 0.01 || !IsCircuitLayer(layer) || (!b.Pads[layer] && !b.Tracks[layer])) return;
   FreePolygons(std::exchange(b.Contours[layer], nullptr));
   FreePolygons(std::exchange(b.Hatches[layer], nullptr));
+  // Each phase is announced, the window given a turn, and a stop asked for ends the work with
+  // no contours at all: a half-built set would mill as if it were whole.
   auto status = [&](const char* text) {
-    if (platform) platform->SetStatus(text);
+    if (!platform) return true;
+    platform->SetStatus(text);
+    platform->PumpMessages(0);
+    return !platform->StopRequested();
   };
 
   TPolygon* all = nullptr;
@@ -236,18 +241,23 @@ void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platfo
   for (int p = 0; p < total; ++p) {
     float padOffset, trackOffset;
     PassOffsets(s, p, padOffset, trackOffset);
-    status("Building draft contours...");
-    TSeg* list = BuildDraftContours(b, layer, padOffset, trackOffset, s.fast);
+    TSeg* list = nullptr;
+    auto stopped = [&] {
+      FreeChain(list);
+      FreePolygons(all);
+    };
+    if (!status("Building draft contours...")) return stopped();
+    list = BuildDraftContours(b, layer, padOffset, trackOffset, s.fast);
     if (stats) stats->draftSegments += CountOf(list);
-    status("Calculating intersections...");
+    if (!status("Calculating intersections...")) return stopped();
     if (s.indexed)
       IntersectionPhaseIndexed(list, stats);
     else
       IntersectionPhase(list);
-    status("Removing bad segments...");
+    if (!status("Removing bad segments...")) return stopped();
     list = s.indexed ? RemovalPhaseIndexed(b, layer, list, padOffset, trackOffset, s.fast, stats)
                      : RemovalPhase(b, layer, list, padOffset, trackOffset, s.fast);
-    status("Final build-up...");
+    if (!status("Final build-up...")) return stopped();
     list = s.indexed ? RemoveDuplicateSegmentsIndexed(list) : RemoveDuplicateSegments(list);
     TPolygon* pass =
         RemoveEmptyContours(s.indexed ? ChainSegmentsIndexed(list) : ChainSegments(list));

@@ -243,23 +243,34 @@ void CalculateHatches(Board& b, int layer, const HatchSettings& s, const HatchSe
   const HatchRect zone = Ordered(session.rectangle);
   if (!IsCircuitLayer(layer) || s.pitch < 0.01 || !b.Contours[layer]) return;
   if (session.zone != kHatchSelectedZone) FreePolygons(std::exchange(b.Hatches[layer], nullptr));
+  // Each phase is announced and the window given a turn; a stop asked for leaves the layer's
+  // hatches as they stood before this zone.
   auto status = [&](const char* text) {
-    if (platform) platform->SetStatus(text);
+    if (!platform) return true;
+    platform->SetStatus(text);
+    platform->PumpMessages(0);
+    return !platform->StopRequested();
   };
 
-  status("Building draft hatches...");
-  TSeg* list = BuildScanLines(zone, s.pitch);
-  status("Calculating intersections...");
-  TPolygon* keepOut = BuildKeepOut(b, layer, s.keepOut, s.fast);
+  TSeg* list = nullptr;
+  TPolygon* keepOut = nullptr;
+  auto stopped = [&] {
+    FreeChain(list);
+    FreePolygons(keepOut);
+  };
+  if (!status("Building draft hatches...")) return stopped();
+  list = BuildScanLines(zone, s.pitch);
+  if (!status("Calculating intersections...")) return stopped();
+  keepOut = BuildKeepOut(b, layer, s.keepOut, s.fast);
   CrossingPhase(list, keepOut);
-  status("Removing bad segments...");
+  if (!status("Removing bad segments...")) return stopped();
   list = ClassificationPhase(list, keepOut, s.pitch, b.CardWidth);
   if (s.link) {
-    status("Calculating hatch links...");
+    if (!status("Calculating hatch links...")) return stopped();
     LinkPhase(list, keepOut, s.pitch);
   }
-  FreePolygons(keepOut);
-  status("Final build-up...");
+  FreePolygons(std::exchange(keepOut, nullptr));
+  if (!status("Final build-up...")) return stopped();
   if (TPolygon* paths = ChainSegmentsIndexed(list)) {
     TPolygon* tail = LastPolygon(b.Hatches[layer]);
     AppendTo(b.Hatches[layer], tail, paths);
@@ -271,6 +282,7 @@ void CalculateHatchesOnLayers(Board& b, const HatchSettings& s, const HatchSessi
   const int active = b.ActiveLayer;
   for (int layer = 0; layer < kCircuitLayers; ++layer) {
     if (!(session.allLayers || layer == active) || !b.Contours[layer]) continue;
+    if (platform && platform->StopRequested()) break;
     b.ActiveLayer = layer;
     if (platform) platform->Repaint(RepaintLevel::View);
     CalculateHatches(b, layer, s, session, platform);

@@ -5,6 +5,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
@@ -14,6 +15,7 @@
 #include "commands/Commands.h"
 #include "commands/LayerCommands.h"
 #include "commands/Startup.h"
+#include "commands/WindowTitle.h"
 #include "core/board/BoardOps.h"
 #include "ui/Hints.h"
 
@@ -30,24 +32,6 @@ QString Text(const char* text) {
 }
 
 }  // namespace
-
-std::string WindowTitle(const Board& b) {
-  std::string title = kProgramName;
-  if (b.LayerCount == 0) return title;
-  const int layer = b.ActiveLayer;
-  if (layer >= 0 && layer < kLayers && !b.LayerName[layer].empty())
-    title += " - " + b.LayerName[layer];
-  if (layer == kDrillLayer) {
-    title += " - Drills";
-  } else if (layer == kCutoutLayer) {
-    title += " - Card contour";
-  } else {
-    int circuits = 0;
-    for (int l = 0; l < kCircuitLayers; ++l) circuits += LayerHasContent(b, l) ? 1 : 0;
-    title += " - Layer " + std::to_string(layer + 1) + "/" + std::to_string(circuits);
-  }
-  return title;
-}
 
 bool KeyIsTaken(int key) {
   switch (key) {
@@ -98,13 +82,18 @@ bool KeyIsTaken(int key) {
 MainWindow::MainWindow(Application& app, QtPlatform& platform, QWidget* parent)
     : QMainWindow(parent), app_(app), platform_(platform) {
   setObjectName("MainWindow");
-  // The board view comes in its own widget; until then the area stays plain.
-  view_ = new QWidget(this);
-  view_->setObjectName("ViewArea");
-  view_->setFocusPolicy(Qt::StrongFocus);
+  view_ = new BoardView(app_, this);
   view_->installEventFilter(this);
   setCentralWidget(view_);
   statusBar()->setSizeGripEnabled(true);
+  position_ = new QLabel(this);
+  position_->setObjectName("Position");
+  position_->setFont(QFont(QStringLiteral("arial"), 14, QFont::Bold));
+  position_->setMinimumWidth(position_->fontMetrics().horizontalAdvance("X 0000.00   Y 0000.00"));
+  statusBar()->addPermanentWidget(position_);
+  connect(view_, &BoardView::positionChanged, position_, &QLabel::setText);
+  // What the paint drew decides some rows (the re-enable commands).
+  connect(view_, &BoardView::painted, this, &MainWindow::RefreshCommandStates);
 
   BuildMenus();
   RefreshRecentFiles();
@@ -357,6 +346,11 @@ bool MainWindow::KeyPressed(QKeyEvent* event) {
   }
   if (key == Qt::Key_Escape && mods == Qt::NoModifier) {
     if (!EscapeKey(app_)) openKey_ = key;
+    AfterCommand();
+    return true;
+  }
+  if ((key == Qt::Key_PageUp || key == Qt::Key_PageDown) && mods == Qt::NoModifier) {
+    view_->ZoomStepAtCursor(key == Qt::Key_PageDown);
     AfterCommand();
     return true;
   }

@@ -9,18 +9,15 @@
 #include <string>
 
 #include "commands/Application.h"
+#include "ui/BoardView.h"
 #include "ui/QtPlatform.h"
 
 class QAction;
+class QLabel;
 class QMenu;
 class QKeyEvent;
 
 namespace isolith {
-
-// The title bar: the program's name, then the active layer's file name and where that layer
-// stands ("Layer 2/3" among the circuit layers, "Drills", "Card contour"); the name alone for
-// an empty job.
-std::string WindowTitle(const Board& b);
 
 // Keys that count as taken and do nothing: the modifiers alone, the browser, volume, media and
 // launch keys, and the punctuation keys ; = , - . / (with their shifted forms).
@@ -55,7 +52,9 @@ class MainWindow : public QMainWindow, public PlatformWindow {
 
   // The menu rows of a command (two rows may share an id), in menu order.
   QList<QAction*> ActionsOf(int id) const;
-  QWidget* ViewArea() const { return view_; }
+  BoardView* ViewArea() const { return view_; }
+  // The read-out of the mouse position in the status strip.
+  QLabel* PositionLabel() const { return position_; }
 
  protected:
   void showEvent(QShowEvent* event) override;
@@ -76,7 +75,8 @@ class MainWindow : public QMainWindow, public PlatformWindow {
 
   Application& app_;
   QtPlatform& platform_;
-  QWidget* view_ = nullptr;
+  BoardView* view_ = nullptr;
+  QLabel* position_ = nullptr;
   QMenu* fileMenu_ = nullptr;       // the menu that holds the recent files
   QAction* recentPlace_ = nullptr;  // the recent rows go before this row
   QList<QAction*> recentRows_;

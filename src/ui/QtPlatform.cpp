@@ -1,5 +1,8 @@
 #include "ui/QtPlatform.h"
 
+#include <QProgressDialog>
+#include <utility>
+
 #include <QApplication>
 #include <QDateTime>
 #include <QDir>
@@ -134,6 +137,7 @@ void QtPlatform::Beep(int sound) {
 void QtPlatform::SetStatus(std::string_view text) {
   status_ = ToQString(text);
   if (window_) window_->ShowStatus(status_);
+  if (progress_) progress_->setLabelText(status_);
 }
 
 void QtPlatform::Repaint(RepaintLevel level) {
@@ -151,6 +155,29 @@ void QtPlatform::SetBusyCursor(bool busy) {
     QApplication::setOverrideCursor(Qt::WaitCursor);
   else
     QApplication::restoreOverrideCursor();
+}
+
+void QtPlatform::BeginProgress(std::string_view title) {
+  if (progress_) return;
+  // Modal, so that nothing but "Stop" reaches the model while it is half-calculated; shown at
+  // once, since the calculation gives the loop a turn only between its phases.
+  progress_ = new QProgressDialog(status_, QStringLiteral("Stop"), 0, 0, Parent());
+  progress_->setObjectName("Progress");
+  progress_->setWindowTitle(ToQString(title));
+  progress_->setWindowModality(Qt::ApplicationModal);
+  progress_->setMinimumDuration(0);
+  progress_->setAutoClose(false);
+  progress_->setAutoReset(false);
+  progress_->show();
+  QCoreApplication::processEvents();
+}
+
+void QtPlatform::EndProgress() {
+  delete std::exchange(progress_, nullptr);
+}
+
+bool QtPlatform::StopRequested() {
+  return progress_ && progress_->wasCanceled();
 }
 
 std::optional<std::string> QtPlatform::RunFileDialog(FileRequest& request, bool save) {

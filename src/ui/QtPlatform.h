@@ -11,6 +11,7 @@
 
 #include "core/platform/Platform.h"
 
+class QProgressDialog;
 class QWidget;
 
 namespace isolith {
@@ -57,6 +58,9 @@ class QtPlatform : public Platform {
   void Repaint(RepaintLevel level) override;
   void PumpMessages(int milliseconds) override;
   void SetBusyCursor(bool busy) override;
+  void BeginProgress(std::string_view title) override;
+  void EndProgress() override;
+  bool StopRequested() override;
   std::optional<std::string> OpenFileDialog(FileRequest& request) override;
   std::optional<std::string> SaveFileDialog(FileRequest& request) override;
   bool RunDialog(DialogForm& form) override;
@@ -77,6 +81,7 @@ class QtPlatform : public Platform {
   QElapsedTimer clock_;
   QString status_;
   bool busyCursor_ = false;
+  QProgressDialog* progress_ = nullptr;  // while a long calculation runs
 };
 
 }  // namespace isolith

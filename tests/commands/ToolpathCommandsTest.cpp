@@ -97,6 +97,28 @@ TEST(ToolpathCommands, ContoursCalculateThenResetOnTheSecondCall) {
   EXPECT_EQ(w.fake.dialogsRun.size(), 1u);
 }
 
+TEST(ToolpathCommands, LongCalculationsShowProgressAndStopWhenAsked) {
+  World w;
+  Circuit(w.b, 0);
+  // Asked to stop at the second phase: no contours at all, the progress closed.
+  w.fake.stopAfter = 2;
+  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateContours));
+  EXPECT_EQ(w.b.Contours[0], nullptr);
+  EXPECT_EQ(w.fake.progressTitles, std::vector<std::string>{"Calculate contours"});
+  EXPECT_EQ(w.fake.progressOpen, 0);
+  EXPECT_EQ(Count(w.fake.statusTexts, "Removing bad segments..."), 0);
+
+  w.fake.stopAfter = -1;
+  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateContours));
+  ASSERT_NE(w.b.Contours[0], nullptr);
+  // Hatches stopped at their first phase leave none.
+  w.fake.stopAfter = w.fake.stopQuestions + 1;
+  ASSERT_TRUE(RunCommand(w.app, cmd::CalculateHatches));
+  EXPECT_EQ(w.b.Hatches[0], nullptr);
+  EXPECT_EQ(w.fake.progressTitles.back(), "Calculate hatches");
+  EXPECT_EQ(w.fake.progressOpen, 0);
+}
+
 TEST(ToolpathCommands, ContoursNeedAToolAndStopOnCancel) {
   World w;
   Circuit(w.b, 0);

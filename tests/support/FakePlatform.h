@@ -36,6 +36,8 @@ class FakePlatform : public Platform {
   char decimalSeparator = '.';
   uint64_t tick = 0;
   int64_t now = 0;
+  // StopRequested answers true from this many questions on (-1: never).
+  int stopAfter = -1;
 
   std::vector<RecordedMessage> messages;
   std::vector<RecordedQuestion> questions;
@@ -43,6 +45,9 @@ class FakePlatform : public Platform {
   std::vector<std::string> dialogsRun;
   std::vector<FileRequest> fileRequests;
   std::vector<std::vector<std::string>> processes;
+  std::vector<std::string> progressTitles;
+  int progressOpen = 0;  // BeginProgress less EndProgress
+  int stopQuestions = 0;
   int beeps = 0;
   int repaints = 0;
 
@@ -54,6 +59,12 @@ class FakePlatform : public Platform {
   void Repaint(RepaintLevel) override { ++repaints; }
   void PumpMessages(int) override {}
   void SetBusyCursor(bool) override {}
+  void BeginProgress(std::string_view title) override {
+    progressTitles.emplace_back(title);
+    ++progressOpen;
+  }
+  void EndProgress() override { --progressOpen; }
+  bool StopRequested() override { return stopAfter >= 0 && stopQuestions++ >= stopAfter; }
   std::optional<std::string> OpenFileDialog(FileRequest& request) override;
   std::optional<std::string> SaveFileDialog(FileRequest& request) override;
   bool RunDialog(DialogForm& form) override;

@@ -130,7 +130,7 @@ TEST(MainWindow, EmptyJobEnablesOnlyWhatMayRun) {
   w.window.Dispatch(cmd::FinalRendering);
   EXPECT_TRUE(w.app.board.FinalRendering);
   EXPECT_TRUE(Row(w.window, cmd::FinalRendering)->isChecked());
-  EXPECT_EQ(w.window.windowTitle(), "Isolith - TOP.GBR - Layer 1/1");
+  EXPECT_EQ(w.window.windowTitle(), "Isolith  -  TOP.GBR   (Layer 1/1)");
 
   // While a reader runs, nothing is enabled.
   w.app.board.Busy = true;
@@ -172,17 +172,18 @@ TEST(MainWindow, StatusLineAndTitle) {
   w.platform.SetStatus("Building draft contours...");
   EXPECT_EQ(w.window.statusBar()->currentMessage(), "Building draft contours...");
 
-  Board b;
-  EXPECT_EQ(WindowTitle(b), "Isolith");
+  // The title bar shows the job as the command layer spells it.
+  Board& b = w.app.board;
   b.Pads[0] = new TPad{};
   b.Tracks[1] = new TTrack{};
   b.Drills = new TDrill{};
   b.LayerName = {"TOP.GBR", "BOTTOM.GBR", "", "", "BOARD.DRL", ""};
-  b.LayerCount = 3;
   b.ActiveLayer = 1;
-  EXPECT_EQ(WindowTitle(b), "Isolith - BOTTOM.GBR - Layer 2/2");
+  RequestRepaint(w.app);
+  EXPECT_EQ(w.window.windowTitle(), "Isolith  -  BOTTOM.GBR   (Layer 2/2)");
   b.ActiveLayer = kDrillLayer;
-  EXPECT_EQ(WindowTitle(b), "Isolith - BOARD.DRL - Drills");
+  RequestRepaint(w.app);
+  EXPECT_EQ(w.window.windowTitle(), "Isolith  -  BOARD.DRL   (Drills)");
 }
 
 TEST(MainWindow, KeysSwitchLayersAndUnusedKeysBeepOnRelease) {

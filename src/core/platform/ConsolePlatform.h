@@ -19,6 +19,9 @@ class ConsolePlatform : public Platform {
   void SetStatus(std::string_view) override {}
   void Repaint(RepaintLevel) override {}
   void PumpMessages(int) override {}
+  void BeginProgress(std::string_view) override {}
+  void EndProgress() override {}
+  bool StopRequested() override { return false; }
   void SetBusyCursor(bool) override {}
   std::optional<std::string> OpenFileDialog(FileRequest&) override { return std::nullopt; }
   std::optional<std::string> SaveFileDialog(FileRequest&) override { return std::nullopt; }

@@ -75,6 +75,13 @@ class Platform {
   virtual void PumpMessages(int milliseconds) = 0;
   // The wait cursor on or off.
   virtual void SetBusyCursor(bool busy) = 0;
+  // A long calculation begins: the person sees its progress (the status texts that follow)
+  // and may ask it to stop. Ended by EndProgress.
+  virtual void BeginProgress(std::string_view title) = 0;
+  virtual void EndProgress() = 0;
+  // True once the person asked the running calculation to stop; the calculation asks at each
+  // of its phases, after giving the message loop a turn.
+  virtual bool StopRequested() = 0;
 
   virtual std::optional<std::string> OpenFileDialog(FileRequest& request) = 0;
   virtual std::optional<std::string> SaveFileDialog(FileRequest& request) = 0;

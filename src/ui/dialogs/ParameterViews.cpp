@@ -3,6 +3,7 @@
 #include "ui/dialogs/TDialogDrillView.h"
 #include "ui/dialogs/TDialogExcellonView.h"
 #include "ui/dialogs/TDialogImportView.h"
+#include "ui/dialogs/TDialogItemColorView.h"
 #include "ui/dialogs/TDialogManuPlotView.h"
 #include "ui/dialogs/TDialogPcbToolDataView.h"
 #include "ui/dialogs/TDialogScaleView.h"
@@ -25,6 +26,7 @@ void RegisterParameterViews(QtPlatform& platform) {
   platform.RegisterView("TDialogManuPlot", TDialogManuPlotView);
   platform.RegisterView("TDialogImport", TDialogImportView);
   platform.RegisterView("TDialogExcellon", TDialogExcellonView);
+  platform.RegisterView("TDialogItemColor", TDialogItemColorView);
 }
 
 }  // namespace isolith
