@@ -17,6 +17,7 @@
 
 #include "cli/CliMain.h"
 #include "integration/IsoMoves.h"
+#include "integration/SampleLayers.h"
 #include "integration/SvgGroups.h"
 #include "support/TempFolder.h"
 
@@ -26,22 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 using test::TempFolder;
 
-// The top copper layer of each sample board.
-std::vector<fs::path> TopCopperLayers() {
-  std::vector<fs::path> layers;
-  for (const auto& board : fs::directory_iterator(ISOLITH_FIXTURES)) {
-    std::ifstream in(board.path() / "manifest.json");
-    const nlohmann::json manifest = nlohmann::json::parse(in, nullptr, false);
-    if (manifest.is_discarded()) continue;
-    for (const auto& layer : manifest["layers"])
-      if (layer["type"] == "copper" && layer["side"] == "top") {
-        layers.push_back(board.path() / layer["name"].get<std::string>());
-        break;
-      }
-  }
-  std::sort(layers.begin(), layers.end());
-  return layers;
-}
+using test::TopCopperLayers;
 
 // What a DXF reader finds in a file.
 class DxfCount : public DL_CreationAdapter {
