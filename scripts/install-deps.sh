@@ -9,6 +9,9 @@ packages=(
   libgtest-dev libgmock-dev googletest libbenchmark-dev
   nlohmann-json3-dev libcli11-dev
   libdxflib-dev
+  libcups2-dev
+  # The transfer tests start a pty pair and a print server of their own.
+  socat cups-daemon
   xvfb xauth
 )
 
