@@ -10,6 +10,9 @@ packages=(
   nlohmann-json3-dev libcli11-dev
   libdxflib-dev
   gerbv netpbm
+  libcups2-dev
+  # The transfer tests start a pty pair and a print server of their own.
+  socat cups-daemon
   xvfb xauth
 )
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <cctype>
+#include <functional>
 #include <vector>
 
 #include "commands/CommandHandlers.h"
@@ -11,6 +12,8 @@
 #include "output/ExportCommands.h"
 #include "output/OutputFormatForm.h"
 #include "output/driver/PathDirections.h"
+#include "output/export/BoardExport.h"
+#include "output/formats/FileTypes.h"
 #include "output/postprocessor/PostProcessorWords.h"
 #include "output/postprocessor/ShippedPostProcessors.h"
 #include "params/ToolForms.h"
@@ -115,6 +118,20 @@ void StartCommand(Platform& platform, const std::string& command, const std::str
   }
 }
 
+void CannotExport(Platform& platform, const std::string& path) {
+  platform.ShowMessage("Error", "Unable to export file. ''" + path + "''", MessageIcon::Error);
+}
+
+// A board file written under the busy cursor; a failure says so.
+bool ExportBoardFile(Platform& platform, const std::string& path,
+                     const std::function<bool()>& write) {
+  platform.SetBusyCursor(true);
+  const bool written = write();
+  platform.SetBusyCursor(false);
+  if (!written) CannotExport(platform, path);
+  return written;
+}
+
 OutputContext MakeContext(Application& app, Platform& platform) {
   OutputContext context(app.board, app.settings, app.tools, app.drillList, platform,
                         app.exportChoices);
@@ -129,6 +146,14 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   context.openTextViewer = [&platform](const std::string& path) {
     StartCommand(platform, kTextViewer, path);
   };
+  const Board& board = app.board;
+  context.writeExcellon = [&board, &platform](const std::string& path) {
+    return ExportBoardFile(platform, path, [&] { return WriteExcellon(board, path); });
+  };
+  context.writeGerber = [&board, &platform](const std::string& path) {
+    return ExportBoardFile(platform, path,
+                           [&] { return WriteGerber(board, path, board.ActiveLayer); });
+  };
   return context;
 }
 
@@ -138,10 +163,6 @@ bool PlainFileTarget(const std::string& path) {
   struct stat info {};
   if (::stat(path.c_str(), &info) != 0) return true;
   return S_ISREG(info.st_mode);
-}
-
-void CannotExport(Platform& platform, const std::string& path) {
-  platform.ShowMessage("Error", "Unable to export file. ''" + path + "''", MessageIcon::Error);
 }
 
 // The first drilling tool must be chosen whether or not there are drills: "Active tools" opens
@@ -326,6 +347,17 @@ bool MillJob(Application& app, const std::string& path, std::string* reason) {
     return false;
   }
   return WriteJob(app, confirming, path);
+}
+
+bool ExportLayerFile(Application& app, int format, const std::string& path) {
+  if (!PlainFileTarget(path)) {
+    CannotExport(app.platform, path);
+    return false;
+  }
+  OutputContext context = MakeContext(app, app.platform);
+  if (format == kFormatExcellon) return context.writeExcellon(path);
+  if (format == kFormatGerberOut) return context.writeGerber(path);
+  return false;
 }
 
 bool OutputClickAction(Application& app, int pendingId, float x, float y, float gridStep) {

@@ -47,6 +47,11 @@ void MillCommand(Application& app);
 // path that names something other than a plain file (a device) is refused with that message.
 bool MillJob(Application& app, const std::string& path, std::string* reason = nullptr);
 
+// The active layer written as a board file, as "Save..." writes it: `format` is kFormatExcellon
+// (its pads as drill holes) or kFormatGerberOut. A failure (or a path that names a device) says
+// "Unable to export file. ''<path>''" under "Error" and leaves what stood at `path`.
+bool ExportLayerFile(Application& app, int format, const std::string& path);
+
 // A left click on the board while an output pick is pending; (x, y) is the card position of the
 // mouse, `gridStep` the step of the visual grid the click snaps to (0 with Ctrl held).
 //   12104: the centering hole placed at the click (the first opens "Centering holes" for the

@@ -44,6 +44,9 @@ TEST(Cli, UsageErrorsTouchNothing) {
       {"--config", config.path(), "--set", "PadSizeX1=2", "settings"},   // aperture key
       {"--config", config.path(), "settings", "extra"},                  // stray word
       {"--config"},                                                      // folder missing
+      {"--config", config.path(), "export", "a.gbr", "-o", "b.gbr"},     // no format
+      {"--config", config.path(), "export", "--format", "dxf", "a.gbr", "-o", "b"},
+      {"--config", config.path(), "export", "--format", "gerber", "a.gbr"},  // no output
   };
   for (const auto& args : bad) {
     const CliRun r = Cli(program.path(), args);
@@ -61,6 +64,30 @@ TEST(Cli, UsageErrorsTouchNothing) {
   EXPECT_EQ(version.out.rfind("isolith-cli ", 0), 0u);
   EXPECT_FALSE(fs::exists(program.path() + "Isolith.ini"));
   EXPECT_EQ(Cli(program.path(), {"--help"}).status, kCliOk);
+}
+
+// "export" writes the first layer back as a board file, which reads in again.
+TEST(Cli, ExportWritesTheLayerAsGerberOrExcellon) {
+  TempFolder program, config;
+  const std::string board = std::string(ISOLITH_TEST_DATA) + "/two-pads.gbr";
+  const std::string gerber = config.path() + "back.grb", drills = config.path() + "back.drl";
+  for (const auto& [format, path] : {std::pair{"gerber", gerber}, {"excellon", drills}}) {
+    const CliRun r = Cli(program.path(), {"--config", config.path(), "export", "--format", format,
+                                          board, "-o", path});
+    EXPECT_EQ(r.status, kCliOk) << r.err;
+  }
+  EXPECT_EQ(ReadAll(drills).rfind("M48\r\nM90\r\nM72,LZ\r\nINCH\r\n", 0), 0u);
+  const CliRun info = Cli(program.path(), {"--config", config.path(), "info", "--json", gerber,
+                                           "--drills", drills, "--drill-zeros", "auto"});
+  ASSERT_EQ(info.status, kCliOk) << info.err;
+  const nlohmann::json job = nlohmann::json::parse(info.out);
+  EXPECT_EQ(job["layers"][0]["pads"], 2);
+  EXPECT_EQ(job["drills"], 2);
+  EXPECT_EQ(job["drillOverlap"], 100);
+  // A folder that is not there: status 1.
+  const CliRun bad = Cli(program.path(), {"--config", config.path(), "export", "--format", "gerber",
+                                          board, "-o", config.path() + "no/x.grb"});
+  EXPECT_EQ(bad.status, kCliFailed);
 }
 
 TEST(Cli, SettingsRoundTripAndOverridesStayOut) {

@@ -19,6 +19,7 @@
 #include "commands/Startup.h"
 #include "output/ExportDialogs.h"
 #include "output/OutputFormatForm.h"
+#include "output/formats/FileTypes.h"
 #include "output/postprocessor/PostProcessorForm.h"
 #include "params/ToolForms.h"
 #include "support/FakePlatform.h"
@@ -102,6 +103,22 @@ TEST(OutputCommands, SaveWritesTheChosenFormatWithTheRunsValuesButNotIntoTheSett
   EXPECT_TRUE(Contains(ini, "\r\nExportPath=" + w.config.path() + "\r\n")) << ini;
   EXPECT_TRUE(Contains(ini, "\r\nMillingSpeed=600\r\n"));
   EXPECT_EQ(w.app.settings.MillingSpeed, 120);
+
+  // The board files are offered last, Excellon then Gerber, and written without dialogs; a
+  // folder that cannot be written says so.
+  EXPECT_EQ(request.filters.size(), 11u);
+  EXPECT_EQ(request.filters[10].patterns, "*.grb");
+  for (const std::string& target : {w.config.path() + "board.grb", w.config.path() + "no/b.grb"}) {
+    w.fake.files = {target};
+    w.fake.fileRequests.clear();
+    w.fake.dialogsRun.clear();
+    w.app.settings.ExportFormat = kFormatGerberOut;
+    RunCommand(w.app, cmd::Save);
+    EXPECT_TRUE(w.fake.dialogsRun.empty());
+  }
+  EXPECT_TRUE(Contains(ReadAll(w.config.path() + "board.grb"), "X00787.402Y00590.551D03*\r\n"));
+  ASSERT_EQ(w.fake.messages.size(), 1u);
+  EXPECT_EQ(w.fake.messages[0].text, "Unable to export file. ''" + w.config.path() + "no/b.grb''");
 
   // Nothing to write on the drill layer: the beep and no dialog.
   w.app.board.ActiveLayer = kDrillLayer;

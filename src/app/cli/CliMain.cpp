@@ -13,6 +13,7 @@
 #include "output/BoardSvg.h"
 #include "output/OutputFormatForm.h"
 #include "output/postprocessor/ShippedPostProcessors.h"
+#include "output/formats/FileTypes.h"
 #include "params/Settings.h"
 #include "params/SettingsFile.h"
 #include "params/SettingsFormats.h"
@@ -31,8 +32,9 @@ struct CliRequest {
   std::string command;
   bool json = false;
   JobArguments job;
-  std::string outputPath;  // -o FILE of "render" and "mill"
+  std::string outputPath;  // -o FILE of "render", "mill" and "export"
   std::string post;        // --post NAME of "mill": a shipped post-processor for this run
+  int exportFormat = -1;   // --format of "export"
 };
 
 // The formats of "Output data format", as the settings spell them.
@@ -118,7 +120,8 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
   }
   if (i == args.size()) return UsageError(err, "no command given");
   request.command = args[i++];
-  const bool writes = request.command == "render" || request.command == "mill";
+  const bool writes =
+      request.command == "render" || request.command == "mill" || request.command == "export";
   const bool jobCommand = request.command == "info" || writes;
   if (request.command != "settings" && !jobCommand)
     return UsageError(err, "unknown command '" + request.command + "'");
@@ -128,6 +131,16 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     std::string error;
     if (request.command == "info" && args[i] == "--json") {
       request.json = true;
+    } else if (request.command == "export" &&
+               (args[i] == "--format" || args[i].rfind("--format=", 0) == 0)) {
+      std::string name;
+      if (!OptionValue(args, i, "--format", name)) return UsageError(err, "--format needs a name");
+      if (name == "gerber")
+        request.exportFormat = kFormatGerberOut;
+      else if (name == "excellon")
+        request.exportFormat = kFormatExcellon;
+      else
+        return UsageError(err, "--format " + name + ": one of gerber, excellon");
     } else if (writes && (args[i] == "-o" || args[i] == "--output")) {
       if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
       request.outputPath = args[++i];
@@ -150,6 +163,11 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     if (request.outputPath.empty()) return UsageError(err, "mill needs -o OUT");
     // The job is milled from its contours, so they are always calculated.
     request.job.contours = true;
+  }
+  if (request.command == "export") {
+    if (request.exportFormat < 0) return UsageError(err, "export needs --format gerber|excellon");
+    if (request.job.layerFiles.empty()) return UsageError(err, "export needs a layer file");
+    if (request.outputPath.empty()) return UsageError(err, "export needs -o OUT");
   }
   return -1;
 }
@@ -183,6 +201,10 @@ const char* CliUsage() {
          "                    write leaves the file that stood there.\n"
          "                    --post NAME writes with the shipped post-processor NAME\n"
          "                    (grbl, linuxcnc, mach, marlin) for this run only.\n"
+         "  export --format gerber|excellon JOB -o OUT\n"
+         "                    write the first layer back as a board file, as Save... does:\n"
+         "                    Gerber (its tracks, pads and card contours) or Excellon (its\n"
+         "                    pads as drill holes), in inches\n"
          "\n"
          "JOB: [--dialect NAME] [--modern] [--contours] [--hatches] LAYER-FILE...\n"
          "     [--drills FILE [DRILL ANSWERS]]\n"
@@ -258,6 +280,9 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
         if (!reason.empty()) err << kName << ": " << reason << "\n";
         return kCliFailed;
       }
+    } else if (request.command == "export") {
+      if (LayerHasContent(app.board, 0)) app.board.ActiveLayer = 0;
+      if (!ExportLayerFile(app, request.exportFormat, request.outputPath)) return kCliFailed;
     } else if (request.command == "render") {
       if (!WriteFileAtomically(request.outputPath, BoardToSvg(app.board))) {
         err << kName << ": unable to write '" << request.outputPath << "'\n";
