@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that the build and the tests need, when any is missing.
-# Idempotent; runs apt-get as root, or through sudo.
+# Idempotent; runs apt-get as root, or through sudo. clang and its run-time build the
+# sanitizer and fuzzing builds; file is what the package maker uses to find the programs.
 set -euo pipefail
 
 packages=(
@@ -14,6 +15,8 @@ packages=(
   # The transfer tests start a pty pair and a print server of their own.
   socat cups-daemon
   xvfb xauth
+  file
+  clang libclang-rt-14-dev
 )
 
 missing=()

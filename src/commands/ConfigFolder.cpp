@@ -67,13 +67,24 @@ std::string ChooseConfigFolder(const std::string& programFolder, const std::stri
   return MakeFolder(user, error) ? user : std::string();
 }
 
+std::string StarterToolFile(const std::string& programFolder) {
+  if (programFolder.empty()) return {};
+  for (const std::string& candidate :
+       {programFolder + kToolFileName, programFolder + "../share/isolith/" + kToolFileName}) {
+    std::error_code ec;
+    if (fs::is_regular_file(candidate, ec)) return candidate;
+  }
+  return {};
+}
+
 bool InstallStarterTools(const std::string& programFolder, const std::string& configFolder) {
-  if (programFolder.empty() || configFolder.empty()) return false;
+  if (configFolder.empty()) return false;
   std::error_code ec;
-  if (fs::equivalent(programFolder, configFolder, ec)) return false;
-  const std::string target = configFolder + kToolFileName;
+  const std::string target = WithSeparator(configFolder) + kToolFileName;
   if (fs::exists(target, ec)) return false;
-  std::ifstream in(programFolder + kToolFileName, std::ios::binary);
+  const std::string source = StarterToolFile(programFolder);
+  if (source.empty()) return false;
+  std::ifstream in(source, std::ios::binary);
   if (!in) return false;
   const std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   if (in.bad()) return false;

@@ -27,8 +27,12 @@ bool FolderWritable(const std::string& folder);
 std::string ChooseConfigFolder(const std::string& programFolder, const std::string& requested,
                                std::string& error);
 
-// On a first run in the user's configuration folder, the starter tool library beside the
-// executable is copied there; an existing file is never replaced. True when a copy was made.
+// Where the starter tool library is found: beside the executable (a build folder), else in
+// ../share/isolith/ from it (an installed program). Empty when neither holds one.
+std::string StarterToolFile(const std::string& programFolder);
+
+// A configuration folder without a tool library gets a copy of the starter one, so that a first
+// run can calculate; an existing file is never replaced. True when a copy was made.
 bool InstallStarterTools(const std::string& programFolder, const std::string& configFolder);
 
 }  // namespace isolith

@@ -55,13 +55,21 @@ class ConfirmingPlatform : public Platform {
   std::optional<std::string> SaveFileDialog(FileRequest& request) override {
     return p_.SaveFileDialog(request);
   }
-  bool RunDialog(DialogForm& form) override { return form.Accept(*this); }
+  bool RunDialog(DialogForm& form) override {
+    if (form.Accept(*this)) return true;
+    refusal = form.Refusal();
+    if (refusal.empty()) refusal = "\"" + std::string(form.FormName()) + "\" refused its values";
+    return false;
+  }
   uint64_t TickCount() override { return p_.TickCount(); }
   int64_t Now() override { return p_.Now(); }
   char DecimalSeparator() override { return p_.DecimalSeparator(); }
   bool StartProcess(const std::string& program, const std::vector<std::string>& args) override {
     return p_.StartProcess(program, args);
   }
+
+  // Why the last dialog refused, for a caller that has no screen to show it.
+  std::string refusal;
 
  private:
   Platform& p_;
@@ -346,7 +354,12 @@ bool MillJob(Application& app, const std::string& path, std::string* reason) {
     if (reason) *reason = "no output file named";
     return false;
   }
-  return WriteJob(app, confirming, path);
+  if (WriteJob(app, confirming, path)) return true;
+  if (reason)
+    *reason = confirming.refusal.empty()
+                  ? "the machine file was not written"
+                  : "the machine file was not written: " + confirming.refusal;
+  return false;
 }
 
 bool ExportLayerFile(Application& app, int format, const std::string& path) {

@@ -41,10 +41,11 @@ void MillCommand(Application& app);
 // the card's cut path of every card contour that has none yet, the tools checked as the Mill
 // command checks them (the tool dialog confirmed as it stands), and the job written to `path`
 // with WriteMachineJob, every dialog confirmed as it stands. True only when the whole file was
-// written. When it was refused before anything was written and nothing was said through the
-// platform, `reason` (when given) receives a short text why; a failed write says "Unable to
-// export file. ''<path>''" under "Error", and the file that stood at `path` stays as it was. A
-// path that names something other than a plain file (a device) is refused with that message.
+// written. On any refusal `reason` (when given) receives a short text why, naming the dialog
+// that refused its values (two "Final output" rows with one choice are named); a failed write
+// also says "Unable to export file. ''<path>''" under "Error", and the file that stood at `path`
+// stays as it was. A path that names something other than a plain file (a device) is refused
+// with that message.
 bool MillJob(Application& app, const std::string& path, std::string* reason = nullptr);
 
 // The active layer written as a board file, as "Save..." writes it: `format` is kFormatExcellon

@@ -16,7 +16,7 @@ namespace isolith {
 std::string PrepareConfigFolder(const std::string& programFolder,
                                 const std::string& requestedConfig, std::string& error) {
   const std::string folder = ChooseConfigFolder(programFolder, requestedConfig, error);
-  if (!folder.empty() && requestedConfig.empty()) InstallStarterTools(programFolder, folder);
+  if (!folder.empty()) InstallStarterTools(programFolder, folder);
   return folder;
 }
 

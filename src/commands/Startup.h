@@ -10,9 +10,9 @@
 namespace isolith {
 
 // Settles where the program's files live (ConfigFolder.h): `requestedConfig` when given, else
-// the program folder when writable, else the user's configuration folder, into which the
-// starter tool library is then copied on a first run. Empty with `error` set when no folder can
-// be used.
+// the program folder when writable, else the user's configuration folder. Whichever it is, a
+// folder without a tool library then gets the starter one. Empty with `error` set when no
+// folder can be used.
 std::string PrepareConfigFolder(const std::string& programFolder,
                                 const std::string& requestedConfig, std::string& error);
 

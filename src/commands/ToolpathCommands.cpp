@@ -2,6 +2,7 @@
 #include "commands/ToolpathCommands.h"
 
 #include "commands/CommandHandlers.h"
+#include "commands/ConfigFolder.h"
 #include "core/board/BoardOps.h"
 #include "params/ToolForms.h"
 #include "toolpath/CardContour.h"
@@ -285,6 +286,30 @@ bool CalculateHatchesOnAllLayers(Application& app) {
   RunHatchCalculation(app);
   RequestRepaint(app);
   return true;
+}
+
+namespace {
+
+// The words for one working tool that cannot cut; empty when it can.
+std::string ToolProblem(const Application& app, const char* what, const char* key, int index) {
+  const std::string library = "\"Tool library\" (" + app.ConfigFolder + kToolFileName + ")";
+  if (index < 0 || index >= kToolSlots)
+    return std::string("no ") + what + " is chosen: choose one in \"Active tools\" (" + key +
+           " in Isolith.ini) among the tools of " + library;
+  const TToolData& tool = app.tools[index];
+  if (tool.Diameter >= 0.01) return {};
+  return std::string("the ") + what + " (" + key + ", tool #" + std::to_string(index + 1) +
+         ") has no diameter: define that tool in " + library +
+         " or choose another in \"Active tools\"";
+}
+
+}  // namespace
+
+std::string MissingToolReason(const Application& app, bool hatches) {
+  std::string reason = ToolProblem(app, "contour tool", "MillingTool", app.settings.MillingTool);
+  if (reason.empty() && hatches)
+    reason = ToolProblem(app, "hatching tool", "HatchingTool", app.settings.HatchingTool);
+  return reason;
 }
 
 bool ToolpathClickAction(Application& app, int pendingId, float x, float y) {

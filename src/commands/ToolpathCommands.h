@@ -4,6 +4,8 @@
 // must call them: the start-up chain, the board view's clicks and the scripts.
 #pragma once
 
+#include <string>
+
 #include "commands/Application.h"
 
 namespace isolith {
@@ -28,6 +30,11 @@ bool CalculateContoursOnAllLayers(Application& app);
 // contour or hatching tool is still missing after "Active tools", when a dialog refused its
 // values, or when the zone mode is "&selected zone", whose zones are dragged with the mouse.
 bool CalculateHatchesOnAllLayers(Application& app);
+
+// Why a calculation cannot start for want of a tool, in words that name the tool, its slot and
+// where to set it ("Active tools" or "Isolith.ini", "Tool library" or "Isolith.too"); empty
+// when the contour tool (and, with `hatches`, the hatching tool) can cut.
+std::string MissingToolReason(const Application& app, bool hatches);
 
 // A left click on the board while a toolpath pick is pending; the view has set the hover names
 // for the click first, and (x, y) is the card position of the mouse.

@@ -215,6 +215,7 @@ bool TDialogMillLayers::Accept(Platform& platform) {
       if (rows[j].ticked && rows[j].code == rows[i].code) {
         platform.Beep(context_.settings.ZapSound);
         focusRow = i;
+        clashRow = j;
         return false;
       }
     }
@@ -224,6 +225,16 @@ bool TDialogMillLayers::Accept(Platform& platform) {
     context_.settings.MultiMirror[i] = rows[i].mirror ? 1 : 0;
   }
   return true;
+}
+
+std::string TDialogMillLayers::Refusal() const {
+  if (focusRow < 0 || clashRow < 0) return {};
+  const Row& row = rows[focusRow];
+  std::string choice = std::to_string(row.code);
+  for (const TSectionChoice& c : row.choices)
+    if (c.code == row.code) choice = c.label;
+  return "\"" + title + "\": " + rows[clashRow].label + " and " + row.label + " both choose \"" +
+         choice + "\"";
 }
 
 }  // namespace isolith

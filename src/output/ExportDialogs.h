@@ -101,6 +101,7 @@ class TDialogMillLayers : public DialogForm {
   };
   std::array<Row, kSequenceSlots> rows;
   int focusRow = -1;  // the refused row
+  int clashRow = -1;  // the earlier row that has the refused row's choice
 
   // The choices a row offers, in list order, each only when it exists.
   static std::vector<TSectionChoice> Choices(const OutputContext& context);
@@ -108,6 +109,8 @@ class TDialogMillLayers : public DialogForm {
   // Refuses with a beep two ticked rows with the same choice (focus on the later one);
   // otherwise stores the codes (0 for unticked rows) and the mirror ticks.
   bool Accept(Platform& platform) override;
+  // Names the two rows with one choice.
+  std::string Refusal() const override;
 
  private:
   OutputContext& context_;

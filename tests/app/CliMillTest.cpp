@@ -126,5 +126,58 @@ TEST_F(CliMill, FailsWithoutAFileWhenNothingCanBeWritten) {
   EXPECT_NE(err.str().find("mill needs -o OUT"), std::string::npos);
 }
 
+// Every refusal says on the error stream what stopped the run and what to change.
+TEST_F(CliMill, EveryRefusalSaysWhy) {
+  const std::string iso = work.path() + "board.iso";
+  const struct {
+    std::vector<std::string> sets;
+    std::vector<std::string> said;
+  } cases[] = {
+      {{"MillingTool=0"},
+       {"no contours could be calculated: no contour tool is chosen", "\"Active tools\"",
+        "MillingTool", config.path() + "Isolith.too"}},
+      {{"MillingTool=7"},
+       {"the contour tool (MillingTool, tool #7) has no diameter", "\"Tool library\""}},
+      {{"MachineFormat=ISO", "MachineSetSeq=Yes", "MultiSequence1=1", "MultiSequence8=1"},
+       {"the machine file was not written: \"Final output\": Section #1 and Section #8 both "
+        "choose"}},
+  };
+  for (const auto& c : cases) {
+    const MillRun run = Mill(iso, c.sets);
+    EXPECT_EQ(run.status, kCliFailed) << c.sets.back();
+    for (const std::string& words : c.said)
+      EXPECT_NE(run.err.find(words), std::string::npos) << words << "\n" << run.err;
+    EXPECT_FALSE(fs::exists(iso));
+  }
+}
+
+// A first run with an empty configuration folder: the starter library beside the program is
+// copied there, and the example board mills with it; a drill file alone is a job too.
+TEST(CliFirstRun, EmptyConfigurationFolderGetsTheStarterLibrary) {
+  TempFolder program, config, work;
+  fs::copy_file(std::string(ISOLITH_SOURCE_DIR) + "/data/Isolith.too",
+                program.path() + "Isolith.too");
+  const std::string board = std::string(ISOLITH_SOURCE_DIR) + "/examples/blinky/blinky";
+  const std::string iso = work.path() + "blinky.iso";
+  const struct {
+    std::vector<std::string> job;
+    std::string output;  // the file written, or standard output when empty
+    std::string expected;
+  } runs[] = {
+      {{"mill", board + ".gtl", "-o", iso}, iso, "\r\nG01 "},
+      {{"mill", "--drills", board + ".drl", "-o", iso + ".drills"}, iso + ".drills", "M02"},
+      {{"info", "--drills", board + ".drl"}, "", "Drills: 1"},
+  };
+  for (const auto& run : runs) {
+    std::vector<std::string> args{"--config", config.path(), "--set", "MachineFormat=ISO"};
+    args.insert(args.end(), run.job.begin(), run.job.end());
+    std::ostringstream out, err;
+    ASSERT_EQ(CliMain(args, program.path(), out, err), kCliOk) << run.job[0] << err.str();
+    const std::string said = run.output.empty() ? out.str() : ReadAll(run.output);
+    EXPECT_NE(said.find(run.expected), std::string::npos) << said;
+  }
+  EXPECT_EQ(ReadAll(config.path() + "Isolith.too"), ReadAll(program.path() + "Isolith.too"));
+}
+
 }  // namespace
 }  // namespace isolith

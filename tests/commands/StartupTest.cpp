@@ -91,6 +91,18 @@ TEST(Startup, ConfigFolderChoiceAndStarterTools) {
   EXPECT_FALSE(InstallStarterTools(program.path(), target));  // never replaced
   EXPECT_EQ(ReadAll(target + kToolFileName), "mine");
   EXPECT_FALSE(InstallStarterTools(program.path(), program.path()));
+
+  // A folder given with --config gets the starter library too.
+  EXPECT_EQ(PrepareConfigFolder(program.path(), user.path() + "fresh", error),
+            user.path() + "fresh/");
+  EXPECT_EQ(ReadAll(user.path() + "fresh/" + kToolFileName), "[Tool #1]\r\nNumber=1\r\n");
+  // An installed program finds its starter library in ../share/isolith/.
+  fs::create_directories(user.path() + "usr/bin");
+  fs::create_directories(user.path() + "usr/share/isolith");
+  fs::create_directories(user.path() + "home");
+  std::ofstream(user.path() + "usr/share/isolith/" + kToolFileName) << "shared";
+  EXPECT_TRUE(InstallStarterTools(user.path() + "usr/bin/", user.path() + "home"));
+  EXPECT_EQ(ReadAll(user.path() + "home/" + kToolFileName), "shared");
 }
 
 TEST(Startup, FirstShowClearsTheAutoFlags) {

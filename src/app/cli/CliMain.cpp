@@ -78,6 +78,12 @@ int UsageError(std::ostream& err, const std::string& message) {
   return kCliUsage;
 }
 
+// A run that stops: what failed and, when known, why.
+int Refused(std::ostream& err, const std::string& what, const std::string& why) {
+  err << kName << ": " << what << (why.empty() ? "" : ": " + why) << "\n";
+  return kCliFailed;
+}
+
 // Splits "--name=value" or "--name value"; false when the value is missing.
 bool OptionValue(const std::vector<std::string>& args, size_t& i, const std::string& name,
                  std::string& value) {
@@ -154,15 +160,15 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
       return UsageError(err, error);
     }
   }
-  if (!request.job.drillFile.empty() && request.job.layerFiles.empty())
-    return UsageError(err, "--drills needs a layer file to align the holes on");
   if (request.command == "render" && request.outputPath.empty())
     return UsageError(err, "render needs -o OUT.svg");
   if (request.command == "mill") {
-    if (request.job.layerFiles.empty()) return UsageError(err, "mill needs a layer file");
+    if (request.job.layerFiles.empty() && request.job.drillFile.empty())
+      return UsageError(err, "mill needs a layer file or --drills FILE");
     if (request.outputPath.empty()) return UsageError(err, "mill needs -o OUT");
-    // The job is milled from its contours, so they are always calculated.
-    request.job.contours = true;
+    // The layers are milled from their contours, so they are always calculated; a drill file
+    // alone is drilled as it stands.
+    request.job.contours = !request.job.layerFiles.empty();
   }
   if (request.command == "export") {
     if (request.exportFormat < 0) return UsageError(err, "export needs --format gerber|excellon");
@@ -264,22 +270,15 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
       return kCliFailed;
     std::vector<LoadedFile> loaded;
     if (!LoadJob(app, request.job, loaded)) return kCliFailed;
-    if (request.job.contours && !CalculateContoursOnAllLayers(app)) {
-      err << kName << ": no contours could be calculated\n";
-      return kCliFailed;
-    }
-    if (request.job.hatches && !CalculateHatchesOnAllLayers(app)) {
-      err << kName << ": no hatches could be calculated\n";
-      return kCliFailed;
-    }
+    if (request.job.contours && !CalculateContoursOnAllLayers(app))
+      return Refused(err, "no contours could be calculated", MissingToolReason(app, false));
+    if (request.job.hatches && !CalculateHatchesOnAllLayers(app))
+      return Refused(err, "no hatches could be calculated", MissingToolReason(app, true));
     if (request.command == "mill") {
       // Milled as AUTOMILL mills a start file: from the first layer.
       if (LayerHasContent(app.board, 0)) app.board.ActiveLayer = 0;
       std::string reason;
-      if (!MillJob(app, request.outputPath, &reason)) {
-        if (!reason.empty()) err << kName << ": " << reason << "\n";
-        return kCliFailed;
-      }
+      if (!MillJob(app, request.outputPath, &reason)) return Refused(err, reason, "");
     } else if (request.command == "export") {
       if (LayerHasContent(app.board, 0)) app.board.ActiveLayer = 0;
       if (!ExportLayerFile(app, request.exportFormat, request.outputPath)) return kCliFailed;

@@ -57,6 +57,9 @@ class DialogForm {
   virtual std::string_view FormName() const = 0;
   // True when the values are good and were written back.
   virtual bool Accept(Platform& platform) = 0;
+  // Why the last Accept refused, in words, for a run without a screen where the beep and the
+  // focused field say nothing; empty when the form has no more to say.
+  virtual std::string Refusal() const { return {}; }
 };
 
 class Platform {
