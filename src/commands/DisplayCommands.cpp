@@ -63,18 +63,16 @@ void RunCustomiseColours(Application& app, int) {
   Repaint(app);
 }
 
-void RunLengthUnit(Application& app, int id) {
+// The length unit (11857, 11858) or the speed unit (11861 to 11865), with its label.
+void RunUnit(Application& app, int id) {
   Settings& s = app.settings;
-  s.LengthUnit = id - cmd::Millimeters;
-  s.LengthUnitLabel = kLengthUnitLabels[s.LengthUnit];
-  SaveSettings(app);
-  Repaint(app);
-}
-
-void RunSpeedUnit(Application& app, int id) {
-  Settings& s = app.settings;
-  s.SpeedUnit = id - cmd::SpeedUnitFirst;
-  s.SpeedUnitLabel = kSpeedUnitLabels[s.SpeedUnit];
+  if (id <= cmd::Inches) {
+    s.LengthUnit = id - cmd::Millimeters;
+    s.LengthUnitLabel = kLengthUnitLabels[s.LengthUnit];
+  } else {
+    s.SpeedUnit = id - cmd::SpeedUnitFirst;
+    s.SpeedUnitLabel = kSpeedUnitLabels[s.SpeedUnit];
+  }
   SaveSettings(app);
   Repaint(app);
 }
@@ -112,8 +110,8 @@ constexpr CommandHandler kDisplayHandlers[] = {
     {cmd::VisualGrid, cmd::VisualGrid, RunVisualGrid},
     {cmd::BlackBackground, cmd::WhiteBackground, RunColourSet},
     {cmd::CustomiseColours, cmd::CustomiseColours, RunCustomiseColours},
-    {cmd::Millimeters, cmd::Inches, RunLengthUnit},
-    {cmd::SpeedUnitFirst, cmd::SpeedUnitLast, RunSpeedUnit},
+    {cmd::Millimeters, cmd::Inches, RunUnit},
+    {cmd::SpeedUnitFirst, cmd::SpeedUnitLast, RunUnit},
     {cmd::UsersManual, cmd::UsersManual, RunHelp},
     {cmd::GeneralHelp, cmd::GeneralHelp, RunHelp},
     {cmd::About, cmd::About, RunHelp},

@@ -228,12 +228,7 @@ void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platfo
   FreePolygons(std::exchange(b.Hatches[layer], nullptr));
   // Each phase is announced, the window given a turn, and a stop asked for ends the work with
   // no contours at all: a half-built set would mill as if it were whole.
-  auto status = [&](const char* text) {
-    if (!platform) return true;
-    platform->SetStatus(text);
-    platform->PumpMessages(0);
-    return !platform->StopRequested();
-  };
+  auto status = [platform](const char* text) { return AnnouncePhase(platform, text); };
 
   TPolygon* all = nullptr;
   TPolygon* allTail = nullptr;

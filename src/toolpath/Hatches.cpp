@@ -245,12 +245,7 @@ void CalculateHatches(Board& b, int layer, const HatchSettings& s, const HatchSe
   if (session.zone != kHatchSelectedZone) FreePolygons(std::exchange(b.Hatches[layer], nullptr));
   // Each phase is announced and the window given a turn; a stop asked for leaves the layer's
   // hatches as they stood before this zone.
-  auto status = [&](const char* text) {
-    if (!platform) return true;
-    platform->SetStatus(text);
-    platform->PumpMessages(0);
-    return !platform->StopRequested();
-  };
+  auto status = [platform](const char* text) { return AnnouncePhase(platform, text); };
 
   TSeg* list = nullptr;
   TPolygon* keepOut = nullptr;

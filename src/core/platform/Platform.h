@@ -100,4 +100,13 @@ class Platform {
   virtual bool StartProcess(const std::string& program, const std::vector<std::string>& args) = 0;
 };
 
+// A phase of a long calculation: its text in the status line and a turn for the message loop.
+// False when the person asked to stop. Nothing with no platform.
+inline bool AnnouncePhase(Platform* platform, std::string_view text) {
+  if (!platform) return true;
+  platform->SetStatus(text);
+  platform->PumpMessages(0);
+  return !platform->StopRequested();
+}
+
 }  // namespace isolith
