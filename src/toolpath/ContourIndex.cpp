@@ -37,8 +37,12 @@ IndexBox Union(const IndexBox& a, const IndexBox& b) {
 }
 
 IndexBox Grown(const IndexBox& b, double margin) {
-  return {Lower(double(b.x1) - margin), Lower(double(b.y1) - margin), Upper(double(b.x2) + margin),
-          Upper(double(b.y2) + margin)};
+  return Outward(double(b.x1) - margin, double(b.y1) - margin, double(b.x2) + margin,
+                 double(b.y2) + margin);
+}
+
+IndexBox Outward(double x1, double y1, double x2, double y2) {
+  return {Lower(x1), Lower(y1), Upper(x2), Upper(y2)};
 }
 
 BoxGrid::BoxGrid(const IndexBox& region, size_t expected, double density) {

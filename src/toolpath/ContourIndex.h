@@ -27,6 +27,8 @@ inline bool Meet(const IndexBox& a, const IndexBox& b) {
 }
 // The box grown by `margin` on every side, rounded outwards to float.
 IndexBox Grown(const IndexBox& b, double margin);
+// The smallest float box that holds the box of these bounds.
+IndexBox Outward(double x1, double y1, double x2, double y2);
 
 // A hierarchy of uniform grids over a region: level 0 has cells of about one item's size, each
 // next level cells twice as large, the last one at most two cells on a side. An item goes to

@@ -37,6 +37,15 @@ struct HatchSettings {
   float keepOut = 0.25f;  // draft offset of the keep-out shapes (a full tool width)
   bool link = true;       // `HatchingLink`: join neighbouring lines by a short step
   bool fast = false;      // `FastCalcul`: the coarser track caps of the draft
+  // The phases find their candidates through a spatial index; false runs the full scans, which
+  // give the same hatches and are kept as the reference the index is checked against.
+  bool indexed = true;
+};
+
+// What a calculation did: for measurements (indexed phases only).
+struct HatchStats {
+  long long edgeTests = 0;   // piece-edge and link-edge pairs handed to their tests
+  long long shapeTests = 0;  // point-in-shape tests of the classification
 };
 
 // Half the cutting width of `HatchingTool` at `HatchingDepth`, plus `HatchingMargin`; 0 when no
@@ -53,6 +62,7 @@ HatchSettings HatchSettingsFrom(const Settings& settings, ToolTable& tools);
 HatchRect ZoneRectangle(const Board& b, int zone);
 
 // --- The phases, each over its working list ------------------------------------------------
+// By full scans: the reference. The indexed phases (HatchPhasesIndexed.h) give the same lists.
 
 // One keep-out polygon per pad, then per track of the layer, in list order, excluded elements
 // skipped: the vertices of the element's draft at `offset` (the first segment's start, then
@@ -84,8 +94,9 @@ void LinkPhase(TSeg* list, const TPolygon* keepOut, float pitch);
 // circuit layer, on a layer without contours, or with a pitch under 0.01. Except in zone mode 2
 // the layer's hatches are deleted first; the new paths go to the end of `Hatches[layer]`.
 // `platform` may be null; otherwise it hears the phases in the status line.
+// `stats`, when given, is added to.
 void CalculateHatches(Board& b, int layer, const HatchSettings& s, const HatchSession& session,
-                      Platform* platform);
+                      Platform* platform, HatchStats* stats = nullptr);
 
 // What the progress dialog runs: the active layer, or every circuit layer with `allLayers`,
 // each made active, repainted and hatched (a layer without contours is passed by in silence);

@@ -16,6 +16,7 @@
 #include "core/board/BoardOps.h"
 #include "toolpath/ContourIndex.h"
 #include "toolpath/Contours.h"
+#include "toolpath/RandomBoards.h"
 #include "toolpath/geometry/Polylines.h"
 #include "toolpath/geometry/Segments.h"
 
@@ -261,48 +262,6 @@ TEST(ContourIndex, CoordinatesThatAreNotNumbersOrHugeGiveTheSamePaths) {
 
 // ---- Random boards ------------------------------------------------------------------------
 
-// A board of pads, single tracks and nets of joined tracks, from a seed. With `snap` every
-// coordinate lies on a 0.25 grid, which gives many coincident ends and collinear sides.
-void RandomBoard(Board& b, uint32_t seed, bool snap) {
-  std::mt19937 rng(seed);
-  auto u = [&](double lo, double hi) {
-    const double v = lo + (hi - lo) * (rng() / 4294967296.0);
-    return static_cast<float>(snap ? std::round(v * 4) / 4 : v);
-  };
-  auto pick = [&](int n) { return static_cast<int>(rng() % static_cast<uint32_t>(n)); };
-  for (uint8_t code = 10; code < 18; ++code)
-    Aperture(b, code, static_cast<uint8_t>(pick(5)), pick(9) == 0 ? 0 : u(0.5, 2.6), u(0.5, 2.6));
-  for (uint8_t code = 20; code < 24; ++code) b.TrackWidth[0][code] = pick(8) == 0 ? 0 : u(0.1, 0.9);
-  auto flags = [&](uint8_t special) {
-    const int r = pick(12);
-    return r == 0 ? uint8_t(1) : r == 1 ? uint8_t(2) : r < 4 ? special : uint8_t(0);
-  };
-  const int pads = 8 + pick(20);
-  for (int i = 0; i < pads; ++i)
-    Pad(b, pick(6) == 0 ? u(0, 2) : u(0, 20), pick(6) == 0 ? u(0, 2) : u(0, 20),
-        static_cast<uint8_t>(10 + pick(8)), flags(kPadThermal));
-  const int nets = 3 + pick(8);
-  for (int n = 0; n < nets; ++n) {
-    float x = u(0, 20), y = u(0, 20);
-    const int legs = 1 + pick(5);
-    const uint8_t code = static_cast<uint8_t>(20 + pick(4));
-    for (int k = 0; k < legs; ++k) {
-      // Along an axis, at 45 degrees, or anywhere.
-      const int kind = pick(3);
-      const float len = pick(10) == 0 ? u(0, 0.05) : u(0.2, 8);
-      const double a = kind == 0   ? pick(4) * 1.5707963
-                       : kind == 1 ? (2 * pick(4) + 1) * 0.7853982
-                                   : u(0, 6.2831853);
-      const float nx = static_cast<float>(x + len * std::cos(a));
-      const float ny = static_cast<float>(y + len * std::sin(a));
-      Track(b, x, y, snap ? std::round(nx * 4) / 4 : nx, snap ? std::round(ny * 4) / 4 : ny, code,
-            flags(kTrackEngraved));
-      x = b.Tracks[0] ? LastTrack(b.Tracks[0])->x2 : x;
-      y = b.Tracks[0] ? LastTrack(b.Tracks[0])->y2 : y;
-    }
-  }
-}
-
 TEST(ContourIndex, RandomBoardsGiveTheSamePaths) {
   for (uint32_t seed = 1; seed <= 24; ++seed) {
     SCOPED_TRACE(::testing::Message() << "seed " << seed);
@@ -310,7 +269,7 @@ TEST(ContourIndex, RandomBoardsGiveTheSamePaths) {
     const float distances[] = {0.2f, 0.3f, 0.45f};
     ContourSettings s =
         Settings(distances[seed % 3], 1 + seed % 2, seed % 4 == 1 ? 1 : 0, seed % 5 == 2);
-    ExpectSameContours([&](Board& b) { RandomBoard(b, seed, snap); }, s);
+    ExpectSameContours([&](Board& b) { test::RandomBoard(b, seed, snap); }, s);
   }
 }
 
