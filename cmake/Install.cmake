@@ -1,7 +1,8 @@
 # Installation into the usual places of a Linux system, and the Debian package made from it.
 include(GNUInstallDirs)
 
-# The programs find the starter tool library in ../share/isolith/ from their own folder.
+# The programs find the starter tool library and the shipped post-processors in
+# ../share/isolith/ from their own folder.
 set(ISOLITH_SHARE_DIR ${CMAKE_INSTALL_DATADIR}/isolith)
 
 if(TARGET isolith-cli)
@@ -16,6 +17,7 @@ if(TARGET isolith)
           DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps)
 endif()
 install(FILES ${PROJECT_SOURCE_DIR}/data/Isolith.too DESTINATION ${ISOLITH_SHARE_DIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/postprocessors DESTINATION ${ISOLITH_SHARE_DIR})
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME isolith)

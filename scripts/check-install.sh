@@ -25,4 +25,8 @@ cmp -s "$config/Isolith.too" "$prefix/share/isolith/Isolith.too" \
   || { echo "the starter tool library was not copied into the configuration folder"; exit 1; }
 grep -q '^G0*1 ' "$prefix/blinky.iso" || grep -q 'G0*1' "$prefix/blinky.iso" \
   || { echo "the machine file has no feed move"; exit 1; }
+# The shipped post-processors are found under share/isolith/ too.
+"$prefix/bin/isolith-cli" --config "$config" --set MachineSetSeq=Yes \
+  mill "$board/blinky.gtl" --drills "$board/blinky.drl" --post grbl -o "$prefix/blinky.nc"
+grep -q '^M0' "$prefix/blinky.nc" || { echo "the GRBL file has no tool-change pause"; exit 1; }
 echo "installed isolith-cli milled the example: $(wc -l < "$prefix/blinky.iso") lines"

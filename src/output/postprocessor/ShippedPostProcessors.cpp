@@ -14,7 +14,10 @@ std::vector<TShippedPostProcessor> ShippedPostProcessors(const std::string& prog
   namespace fs = std::filesystem;
   std::vector<TShippedPostProcessor> found;
   std::error_code error;
-  const fs::path folder = fs::path(programFolder) / kShippedPostFolder;
+  // Beside the program in a build, under ../share/isolith/ once installed.
+  fs::path folder = fs::path(programFolder) / kShippedPostFolder;
+  if (!fs::is_directory(folder, error))
+    folder = fs::path(programFolder) / ".." / "share" / "isolith" / kShippedPostFolder;
   for (const auto& entry : fs::directory_iterator(folder, error)) {
     const fs::path& path = entry.path();
     if (path.extension() != std::string(".") + kPostProcessorExtension) continue;
