@@ -25,6 +25,21 @@ IndexBox Union(const IndexBox& a, const IndexBox& b);
 inline bool Meet(const IndexBox& a, const IndexBox& b) {
   return a.x1 <= b.x2 && b.x1 <= a.x2 && a.y1 <= b.y2 && b.y1 <= a.y2;
 }
+// The region of a set of boxes, its non-finite ones left out.
+class IndexRegion {
+ public:
+  void Add(const IndexBox& b) {
+    if (!IsFinite(b)) return;
+    box_ = any_ ? Union(box_, b) : b;
+    any_ = true;
+  }
+  const IndexBox& Box() const { return box_; }
+  double Area() const { return (double(box_.x2) - box_.x1) * (double(box_.y2) - box_.y1); }
+
+ private:
+  IndexBox box_;
+  bool any_ = false;
+};
 // The box grown by `margin` on every side, rounded outwards to float.
 IndexBox Grown(const IndexBox& b, double margin);
 // The smallest float box that holds the box of these bounds.

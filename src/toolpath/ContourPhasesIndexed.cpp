@@ -32,25 +32,9 @@ IndexBox PointBox(float x, float y) {
   return {x, y, x, y};
 }
 
-// The region of a set of boxes, its non-finite ones left out.
-class Region {
- public:
-  void Add(const IndexBox& b) {
-    if (!IsFinite(b)) return;
-    box_ = any_ ? Union(box_, b) : b;
-    any_ = true;
-  }
-  const IndexBox& Box() const { return box_; }
-  double Area() const { return (double(box_.x2) - box_.x1) * (double(box_.y2) - box_.y1); }
-
- private:
-  IndexBox box_;
-  bool any_ = false;
-};
-
 // A grid over both ends of every segment.
 BoxGrid EndGrid(const std::vector<TSeg*>& items) {
-  Region region;
+  IndexRegion region;
   for (const TSeg* s : items) {
     region.Add(PointBox(s->x1, s->y1));
     region.Add(PointBox(s->x2, s->y2));
@@ -71,7 +55,7 @@ void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats) {
   ListOrder order(segs.size());
   // The box each segment is registered with; it always holds the segment's widened box.
   std::vector<IndexBox> registered;
-  Region region;
+  IndexRegion region;
   for (const TSeg* s : segs) {
     registered.push_back(SegmentBox(*s, kTol));
     region.Add(registered.back());
@@ -167,7 +151,7 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
     const TPad* pad;
   };
   std::vector<Element> elements;
-  Region region;
+  IndexRegion region;
   for (const TTrack* t = b.Tracks[layer]; t; t = t->next) {
     if (IsExcluded(t->flags)) continue;
     elements.push_back({t, nullptr});
@@ -259,7 +243,7 @@ TSeg* RemoveDuplicateSegmentsIndexed(TSeg* list) {
   // A segment stays when no earlier segment that stayed has the same ends: the full scan's
   // outcome, since each of its walks starts from a segment that stayed.
   std::vector<TSeg*> items = Items(list);
-  Region region;
+  IndexRegion region;
   for (const TSeg* s : items) {
     region.Add(PointBox(s->x1, s->y1));
     region.Add(PointBox(s->x2, s->y2));
@@ -329,7 +313,7 @@ TPolygon* BridgeChainsIndexed(TPolygon* list, float trackOffset) {
   const float reach = static_cast<float>(0.5 * t);
   std::vector<TPolygon*> polys;
   std::vector<TXY*> lasts;
-  Region region;
+  IndexRegion region;
   for (TPolygon* p = list; p; p = p->next) {
     polys.push_back(p);
     lasts.push_back(LastPoint(*p));

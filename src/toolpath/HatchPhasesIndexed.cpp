@@ -13,27 +13,12 @@ namespace isolith {
 
 namespace {
 
-// The region of a set of boxes, its non-finite ones left out.
-class Region {
- public:
-  void Add(const IndexBox& b) {
-    if (!IsFinite(b)) return;
-    box_ = any_ ? Union(box_, b) : b;
-    any_ = true;
-  }
-  const IndexBox& Box() const { return box_; }
-
- private:
-  IndexBox box_;
-  bool any_ = false;
-};
-
 // Every keep-out edge in polygon and vertex order (the last vertex of a polygon is not joined to
 // its first), registered with the box the crossing walk compares, in a grid.
 class EdgeIndex {
  public:
   explicit EdgeIndex(const TPolygon* keepOut) {
-    Region region;
+    IndexRegion region;
     for (const TPolygon* p = keepOut; p; p = p->next)
       for (const TXY* a = p->first; a && a->next; a = a->next) {
         starts_.push_back(a);
@@ -89,7 +74,7 @@ TSeg* ClassificationPhaseIndexed(TSeg* list, const TPolygon* keepOut, float pitc
                                  HatchStats* stats) {
   std::vector<const TPolygon*> shapes;
   std::vector<IndexBox> reach;
-  Region region;
+  IndexRegion region;
   for (const TPolygon* p = keepOut; p; p = p->next) {
     shapes.push_back(p);
     reach.push_back(hatch::ContainmentReach(*p));
@@ -128,7 +113,7 @@ TSeg* ClassificationPhaseIndexed(TSeg* list, const TPolygon* keepOut, float pitc
 
 void LinkPhaseIndexed(TSeg* list, const TPolygon* keepOut, float pitch, HatchStats* stats) {
   std::vector<TSeg*> pieces;
-  Region region;
+  IndexRegion region;
   for (TSeg* s = list; s; s = s->next) {
     pieces.push_back(s);
     region.Add({s->x1, s->y1, s->x1, s->y1});
