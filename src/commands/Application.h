@@ -15,6 +15,7 @@
 #include "output/driver/OutputContext.h"
 #include "output/formats/FormatWords.h"
 #include "output/postprocessor/PostProcessor.h"
+#include "output/transfer/MachineTransfer.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
@@ -70,6 +71,10 @@ class Application {
   TPostProcessor postProcessor;
   ExportChoices exportChoices;
   std::unique_ptr<FormatWords> userFormatWords;
+
+  // Where a finished machine file goes when it is printed or sent to a port: the system's print
+  // server and ports (a test puts its own in place).
+  std::unique_ptr<MachineTransfer> transfer = std::make_unique<SystemTransfer>();
 
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;

@@ -240,11 +240,10 @@ void RunMill(Application& app, Platform& platform) {
       if (s.MachineOutput == kMachineOutputFile) {
         StartCommand(platform, s.MachineRun, target);
       } else {
-        // A printer queue or a port, which this program cannot send to yet: the file stays.
-        platform.ShowMessage(kProgramName,
-                             "The file was written as ''" + target +
-                                 "''. Sending it to a printer or a port is not available.",
-                             MessageIcon::Warning);
+        // A failed transfer keeps the finished file; the status line says what became of it.
+        const SendStatus sent = SendMachineFile(app, target);
+        if (sent != SendStatus::Sent)
+          platform.SetStatus(SendStatusText(sent) + " ''" + target + "''");
       }
     }
   }
@@ -354,12 +353,26 @@ bool MillJob(Application& app, const std::string& path, std::string* reason) {
     if (reason) *reason = "no output file named";
     return false;
   }
-  if (WriteJob(app, confirming, path)) return true;
-  if (reason)
-    *reason = confirming.refusal.empty()
-                  ? "the machine file was not written"
-                  : "the machine file was not written: " + confirming.refusal;
+  if (!WriteJob(app, confirming, path)) {
+    if (reason)
+      *reason = confirming.refusal.empty()
+                    ? "the machine file was not written"
+                    : "the machine file was not written: " + confirming.refusal;
+    return false;
+  }
+  const int output = app.settings.MachineOutput;
+  if (output != kMachineOutputPrinter && output != kMachineOutputPort) return true;
+  const SendStatus sent = SendMachineFile(app, path);
+  if (sent == SendStatus::Sent) return true;
+  if (reason) *reason = SendStatusText(sent) + " The machine file stays as '" + path + "'.";
   return false;
+}
+
+SendStatus SendMachineFile(Application& app, const std::string& path) {
+  const Settings& s = app.settings;
+  if (s.MachineOutput == kMachineOutputPrinter)
+    return app.transfer->SendToPrinter(path, s.MachinePrn);
+  return app.transfer->SendToPort(path, s.MachinePort, PortSettingsOf(s));
 }
 
 bool ExportLayerFile(Application& app, int format, const std::string& path) {

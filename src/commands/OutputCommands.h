@@ -37,6 +37,11 @@ std::string MillTarget(const Application& app);
 // a repaint.
 void MillCommand(Application& app);
 
+// The finished machine file at `path` to where `MachineOutput` sends it: the printer queue
+// `MachinePrn` (the default queue when empty) or the port `MachinePort` with the port
+// parameters of the settings. The file itself stays.
+SendStatus SendMachineFile(Application& app, const std::string& path);
+
 // For scripts, after the caller has loaded the files and calculated the contours (and hatches):
 // the card's cut path of every card contour that has none yet, the tools checked as the Mill
 // command checks them (the tool dialog confirmed as it stands), and the job written to `path`
@@ -45,7 +50,9 @@ void MillCommand(Application& app);
 // that refused its values (two "Final output" rows with one choice are named); a failed write
 // also says "Unable to export file. ''<path>''" under "Error", and the file that stood at `path`
 // stays as it was. A path that names something other than a plain file (a device) is refused
-// with that message.
+// with that message. With `MachineOutput` 2 or 3 the written file is then printed or sent
+// (SendMachineFile); a transfer that fails gives false with its reason, and the file stays at
+// `path`.
 bool MillJob(Application& app, const std::string& path, std::string* reason = nullptr);
 
 // The active layer written as a board file, as "Save..." writes it: `format` is kFormatExcellon
