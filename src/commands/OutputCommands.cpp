@@ -112,17 +112,19 @@ std::string Trimmed(const std::string& text) {
   return text.substr(begin, end - begin);
 }
 
-// Starts the program of a command line with its words and `file` after them; a start that fails
-// shows the whole line under "Error".
-void StartCommand(Platform& platform, const std::string& command, const std::string& file) {
+// Starts the program of a command line with its words, `file` and `extra` (when not empty) after
+// them; a start that fails shows the whole line under "Error".
+void StartCommand(Platform& platform, const std::string& command, const std::string& file,
+                  const std::string& extra = {}) {
   std::vector<std::string> words = CommandWords(command);
   if (words.empty()) return;
   const std::string program = words.front();
   words.erase(words.begin());
   words.push_back(file);
+  if (!extra.empty()) words.push_back(extra);
   if (!platform.StartProcess(program, words)) {
-    platform.ShowMessage("Error", Trimmed(command + " " + file) + "\n\n" + kCannotExecute,
-                         MessageIcon::Error);
+    const std::string line = command + " " + file + (extra.empty() ? "" : " " + extra);
+    platform.ShowMessage("Error", Trimmed(line) + "\n\n" + kCannotExecute, MessageIcon::Error);
   }
 }
 
@@ -214,7 +216,7 @@ void RunOutputDataFormat(Application& app, Platform& platform) {
   if (platform.RunDialog(form)) SaveSettings(app);
 }
 
-void RunMill(Application& app, Platform& platform) {
+void RunMill(Application& app, Platform& platform, bool simulate) {
   Board& b = app.board;
   Settings& s = app.settings;
   b.PendingCommand = 0;
@@ -238,7 +240,8 @@ void RunMill(Application& app, Platform& platform) {
     if (s.MachineOutput == kMachineOutputFile && !s.MachineFile.empty()) target = s.MachineFile;
     if (WriteJob(app, platform, target)) {
       if (s.MachineOutput == kMachineOutputFile) {
-        StartCommand(platform, s.MachineRun, target);
+        // The program that takes the file hears that it is to simulate the job, not mill it.
+        StartCommand(platform, s.MachineRun, target, simulate ? "SIMULATION" : "");
       } else {
         // A failed transfer keeps the finished file; the status line says what became of it.
         const SendStatus sent = SendMachineFile(app, target);
@@ -270,7 +273,8 @@ void RunOutputCommand(Application& app, int id) {
       break;
     }
     case cmd::Mill:
-      MillCommand(app);
+    case cmd::Simulate:
+      MillCommand(app, id == cmd::Simulate);
       break;
     case cmd::CenteringHoles: {
       CentringContext c = MakeCentringContext(app);
@@ -294,6 +298,7 @@ void RunOutputCommand(Application& app, int id) {
 constexpr CommandHandler kOutputHandlers[] = {
     {cmd::Save, cmd::Save, RunOutputCommand},
     {cmd::Mill, cmd::Mill, RunOutputCommand},
+    {cmd::Simulate, cmd::Simulate, RunOutputCommand},
     {cmd::CenteringHoles, cmd::CenteringHoles, RunOutputCommand},
     {cmd::OutputDataFormat, cmd::OutputDataFormat, RunOutputCommand},
 };
@@ -312,12 +317,12 @@ std::string MillTarget(const Application& app) {
   return OwnFilesFolder(app) + kProgramName + ".out";
 }
 
-void MillCommand(Application& app) {
+void MillCommand(Application& app, bool simulate) {
   if (app.AutoMill) {
     ConfirmingPlatform confirming(app.platform);
-    RunMill(app, confirming);
+    RunMill(app, confirming, simulate);
   } else {
-    RunMill(app, app.platform);
+    RunMill(app, app.platform, simulate);
   }
 }
 

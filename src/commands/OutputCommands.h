@@ -34,8 +34,9 @@ std::string MillTarget(const Application& app);
 // set) runs with the file's path after its words; a run that cannot start says
 // "<command line>\n\nUnable to execute this programme." under "Error". With the program started
 // with AUTOMILL every dialog of the command is confirmed as it stands. Ends with ResetHover and
-// a repaint.
-void MillCommand(Application& app);
+// a repaint. "&Simulate..." (and "M&anual control...", which shares its id) runs the same
+// course with `simulate`: `MachineRun` then gets the word "SIMULATION" after the file.
+void MillCommand(Application& app, bool simulate = false);
 
 // The finished machine file at `path` to where `MachineOutput` sends it: the printer queue
 // `MachinePrn` (the default queue when empty) or the port `MachinePort` with the port

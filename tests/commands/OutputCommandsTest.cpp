@@ -158,6 +158,11 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
   EXPECT_TRUE(Contains(w.Ini(), "\r\nMachineOutput=1\r\n"));
   ASSERT_EQ(w.fake.processes.size(), 1u);
   EXPECT_EQ(w.fake.processes[0], (std::vector<std::string>{"my viewer", "--wait", job}));
+  // "Simulate..." takes the same course, and the program hears that it is a simulation.
+  RunCommand(w.app, cmd::Simulate);
+  ASSERT_EQ(w.fake.processes.size(), 2u);
+  EXPECT_EQ(w.fake.processes[1],
+            (std::vector<std::string>{"my viewer", "--wait", job, "SIMULATION"}));
 
   // Without the sections: the active layer through "Export" and "File export"; the viewer
   // opens the file when asked to.
@@ -172,8 +177,8 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
   RunCommand(w.app, cmd::Mill);
   EXPECT_EQ(w.fake.dialogsRun, (std::vector<std::string>{"TDialogExport", "TDialogExpMill"}));
   EXPECT_TRUE(EndsWith(ReadAll(job), "M02\r\n%\r\n"));
-  ASSERT_EQ(w.fake.processes.size(), 2u);
-  EXPECT_EQ(w.fake.processes[1], (std::vector<std::string>{"xdg-open", job}));
+  ASSERT_EQ(w.fake.processes.size(), 3u);
+  EXPECT_EQ(w.fake.processes[2], (std::vector<std::string>{"xdg-open", job}));
   EXPECT_TRUE(w.fake.messages.empty());
   EXPECT_EQ(w.app.board.PendingCommand, 0);
 }
