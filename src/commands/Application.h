@@ -16,6 +16,7 @@
 #include "output/formats/FormatWords.h"
 #include "output/postprocessor/PostProcessor.h"
 #include "output/transfer/MachineTransfer.h"
+#include "params/MachineParameters.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
@@ -63,6 +64,8 @@ class Application {
 
   // The drill rows and their tools, rebuilt after every load; the toolpath choices of the run.
   TDrillList drillList;
+  // "Torvane.cnc" as last read or edited; start-up does not read it.
+  MachineParameters machine;
   ToolpathSession toolpath;
 
   // The output: the user's own format (read from "Isolith.ppf"), the choices of the export
