@@ -11,6 +11,7 @@
 #include "edit/Transforms.h"
 #include "output/ExportCommands.h"
 #include "output/OutputFormatForm.h"
+#include "output/driver/JobFile.h"
 #include "output/driver/PathDirections.h"
 #include "output/export/BoardExport.h"
 #include "output/formats/FileTypes.h"
@@ -155,6 +156,16 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   context.saveSettings = [&app] { SaveSettings(app); };
   context.openTextViewer = [&platform](const std::string& path) {
     StartCommand(platform, kTextViewer, path);
+  };
+  // The machining module's job file of the active layer, its bored holes as 5-degree chords as
+  // an exported file has them.
+  context.writeJobFile = [&app, &platform](const std::string& path) {
+    return ExportBoardFile(platform, path, [&] {
+      OutputContext job = MakeContext(app, platform);
+      const Settings& s = app.settings;
+      return WriteJobFile(job, path, app.board.ActiveLayer, s.SingleSequence, s.MillingOptim,
+                          s.DrillingOptim, 5);
+    });
   };
   const Board& board = app.board;
   context.writeExcellon = [&board, &platform](const std::string& path) {
@@ -388,6 +399,7 @@ bool ExportLayerFile(Application& app, int format, const std::string& path) {
   OutputContext context = MakeContext(app, app.platform);
   if (format == kFormatExcellon) return context.writeExcellon(path);
   if (format == kFormatGerberOut) return context.writeGerber(path);
+  if (format == kFormatJobFile) return context.writeJobFile(path);
   return false;
 }
 

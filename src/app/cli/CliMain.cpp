@@ -177,8 +177,10 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
         request.exportFormat = kFormatGerberOut;
       else if (name == "excellon")
         request.exportFormat = kFormatExcellon;
+      else if (name == "job")
+        request.exportFormat = kFormatJobFile;
       else
-        return UsageError(err, "--format " + name + ": one of gerber, excellon");
+        return UsageError(err, "--format " + name + ": one of gerber, excellon, job");
     } else if (writes && (args[i] == "-o" || args[i] == "--output")) {
       if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
       request.outputPath = args[++i];
@@ -203,7 +205,8 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     request.job.contours = !request.job.layerFiles.empty();
   }
   if (request.command == "export") {
-    if (request.exportFormat < 0) return UsageError(err, "export needs --format gerber|excellon");
+    if (request.exportFormat < 0)
+      return UsageError(err, "export needs --format gerber|excellon|job");
     if (request.job.layerFiles.empty()) return UsageError(err, "export needs a layer file");
     if (request.outputPath.empty()) return UsageError(err, "export needs -o OUT");
   }
@@ -241,10 +244,12 @@ const char* CliUsage() {
          "                    (grbl, linuxcnc, mach, marlin) for this run only.\n"
          "                    With MachineOutput=2 or 3 the file is then printed on\n"
          "                    MachinePrn or sent to MachinePort, as send does.\n"
-         "  export --format gerber|excellon JOB -o OUT\n"
+         "  export --format gerber|excellon|job JOB -o OUT\n"
          "                    write the first layer back as a board file, as Save... does:\n"
          "                    Gerber (its tracks, pads and card contours) or Excellon (its\n"
-         "                    pads as drill holes), in inches\n"
+         "                    pads as drill holes), in inches; or as the machining module's\n"
+         "                    binary job file (\".tvn\": tools, holes, and the contours and\n"
+         "                    hatches that --contours and --hatches calculate)\n"
          "  send FILE --port PORT|--printer QUEUE\n"
          "                    send a machine file line by line to a port (COM1..COM32,\n"
          "                    LPT1..LPT3 or a device path such as /dev/ttyUSB0) with the\n"
