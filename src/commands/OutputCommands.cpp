@@ -65,8 +65,9 @@ class ConfirmingPlatform : public Platform {
   uint64_t TickCount() override { return p_.TickCount(); }
   int64_t Now() override { return p_.Now(); }
   char DecimalSeparator() override { return p_.DecimalSeparator(); }
-  bool StartProcess(const std::string& program, const std::vector<std::string>& args) override {
-    return p_.StartProcess(program, args);
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& workingFolder) override {
+    return p_.StartProcess(program, args, workingFolder);
   }
 
   // Why the last dialog refused, for a caller that has no screen to show it.
@@ -114,16 +115,20 @@ std::string Trimmed(const std::string& text) {
 }
 
 // Starts the program of a command line with its words, `file` and `extra` (when not empty) after
-// them; a start that fails shows the whole line under "Error".
-void StartCommand(Platform& platform, const std::string& command, const std::string& file,
-                  const std::string& extra = {}) {
+// them, in the folder of the program when the line names one, else in `programFolder`; a start
+// that fails shows the whole line under "Error".
+void StartCommand(Platform& platform, const std::string& programFolder, const std::string& command,
+                  const std::string& file, const std::string& extra = {}) {
   std::vector<std::string> words = CommandWords(command);
   if (words.empty()) return;
   const std::string program = words.front();
   words.erase(words.begin());
   words.push_back(file);
   if (!extra.empty()) words.push_back(extra);
-  if (!platform.StartProcess(program, words)) {
+  const std::size_t slash = program.rfind('/');
+  const std::string folder =
+      slash == std::string::npos ? programFolder : program.substr(0, slash + 1);
+  if (!platform.StartProcess(program, words, folder)) {
     const std::string line = command + " " + file + (extra.empty() ? "" : " " + extra);
     platform.ShowMessage("Error", Trimmed(line) + "\n\n" + kCannotExecute, MessageIcon::Error);
   }
@@ -154,8 +159,8 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   context.userFormatTitle = app.postProcessor.Title;
   context.userFormatExtension = app.postProcessor.FileExt;
   context.saveSettings = [&app] { SaveSettings(app); };
-  context.openTextViewer = [&platform](const std::string& path) {
-    StartCommand(platform, kTextViewer, path);
+  context.openTextViewer = [&app, &platform](const std::string& path) {
+    StartCommand(platform, app.ProgramFolder, kTextViewer, path);
   };
   // The machining module's job file of the active layer, its bored holes as 5-degree chords as
   // an exported file has them.
@@ -252,7 +257,8 @@ void RunMill(Application& app, Platform& platform, bool simulate) {
     if (WriteJob(app, platform, target)) {
       if (s.MachineOutput == kMachineOutputFile) {
         // The program that takes the file hears that it is to simulate the job, not mill it.
-        StartCommand(platform, s.MachineRun, target, simulate ? "SIMULATION" : "");
+        StartCommand(platform, app.ProgramFolder, s.MachineRun, target,
+                     simulate ? "SIMULATION" : "");
       } else {
         // A failed transfer keeps the finished file; the status line says what became of it.
         const SendStatus sent = SendMachineFile(app, target);
