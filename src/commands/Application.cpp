@@ -123,6 +123,8 @@ bool CommandChecked(int id, const Application& app) {
       return s.LengthUnit == kLengthInch;
     case cmd::AutomaticReframing:
       return s.AutoReframe;
+    case cmd::ExternalDriver:
+      return app.machine.Flag("ExternalDriver");
     default:
       if (id >= cmd::SpeedUnitFirst && id <= cmd::SpeedUnitLast)
         return s.SpeedUnit == id - cmd::SpeedUnitFirst;

@@ -15,6 +15,8 @@
 #include "output/driver/OutputContext.h"
 #include "output/formats/FormatWords.h"
 #include "output/postprocessor/PostProcessor.h"
+#include "output/transfer/MachineTransfer.h"
+#include "params/MachineParameters.h"
 #include "params/Settings.h"
 #include "params/SettingsOverrides.h"
 #include "params/ToolLibrary.h"
@@ -62,6 +64,8 @@ class Application {
 
   // The drill rows and their tools, rebuilt after every load; the toolpath choices of the run.
   TDrillList drillList;
+  // "Torvane.cnc" as last read or edited; start-up does not read it.
+  MachineParameters machine;
   ToolpathSession toolpath;
 
   // The output: the user's own format (read from "Isolith.ppf"), the choices of the export
@@ -70,6 +74,10 @@ class Application {
   TPostProcessor postProcessor;
   ExportChoices exportChoices;
   std::unique_ptr<FormatWords> userFormatWords;
+
+  // Where a finished machine file goes when it is printed or sent to a port: the system's print
+  // server and ports (a test puts its own in place).
+  std::unique_ptr<MachineTransfer> transfer = std::make_unique<SystemTransfer>();
 
   // What the last repaint drew on the active layer; the drawing code sets it.
   DrawnMarks drawn;

@@ -23,6 +23,7 @@ std::span<const CommandHandler> ToolpathCommandHandlers();   // contours, hatche
 std::span<const CommandHandler> OutputCommandHandlers();     // save, mill, output formats
 std::span<const CommandHandler> EditCommandHandlers();       // apertures, items, contour edits
 std::span<const CommandHandler> DisplayCommandHandlers();    // zoom, colours, units, help
+std::span<const CommandHandler> MachineCommandHandlers();    // the machine parameter file
 
 // The handler of a command, or null when the command is not built.
 const CommandHandler* FindCommandHandler(int id);

@@ -86,7 +86,7 @@ void RunHelp(Application& app, int id) {
       if (!std::filesystem::is_regular_file(manual, ec)) {
         ui.ShowMessage(kProgramName, "The user's manual cannot be found:\n" + manual,
                        MessageIcon::Error);
-      } else if (!ui.StartProcess("xdg-open", {manual})) {
+      } else if (!ui.StartProcess("xdg-open", {manual}, app.ProgramFolder)) {
         ui.ShowMessage(kProgramName, "The user's manual cannot be shown:\n" + manual,
                        MessageIcon::Error);
       }

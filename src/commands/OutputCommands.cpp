@@ -11,6 +11,7 @@
 #include "edit/Transforms.h"
 #include "output/ExportCommands.h"
 #include "output/OutputFormatForm.h"
+#include "output/driver/JobFile.h"
 #include "output/driver/PathDirections.h"
 #include "output/export/BoardExport.h"
 #include "output/formats/FileTypes.h"
@@ -64,8 +65,9 @@ class ConfirmingPlatform : public Platform {
   uint64_t TickCount() override { return p_.TickCount(); }
   int64_t Now() override { return p_.Now(); }
   char DecimalSeparator() override { return p_.DecimalSeparator(); }
-  bool StartProcess(const std::string& program, const std::vector<std::string>& args) override {
-    return p_.StartProcess(program, args);
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& workingFolder) override {
+    return p_.StartProcess(program, args, workingFolder);
   }
 
   // Why the last dialog refused, for a caller that has no screen to show it.
@@ -112,17 +114,23 @@ std::string Trimmed(const std::string& text) {
   return text.substr(begin, end - begin);
 }
 
-// Starts the program of a command line with its words and `file` after them; a start that fails
-// shows the whole line under "Error".
-void StartCommand(Platform& platform, const std::string& command, const std::string& file) {
+// Starts the program of a command line with its words, `file` and `extra` (when not empty) after
+// them, in the folder of the program when the line names one, else in `programFolder`; a start
+// that fails shows the whole line under "Error".
+void StartCommand(Platform& platform, const std::string& programFolder, const std::string& command,
+                  const std::string& file, const std::string& extra = {}) {
   std::vector<std::string> words = CommandWords(command);
   if (words.empty()) return;
   const std::string program = words.front();
   words.erase(words.begin());
   words.push_back(file);
-  if (!platform.StartProcess(program, words)) {
-    platform.ShowMessage("Error", Trimmed(command + " " + file) + "\n\n" + kCannotExecute,
-                         MessageIcon::Error);
+  if (!extra.empty()) words.push_back(extra);
+  const std::size_t slash = program.rfind('/');
+  const std::string folder =
+      slash == std::string::npos ? programFolder : program.substr(0, slash + 1);
+  if (!platform.StartProcess(program, words, folder)) {
+    const std::string line = command + " " + file + (extra.empty() ? "" : " " + extra);
+    platform.ShowMessage("Error", Trimmed(line) + "\n\n" + kCannotExecute, MessageIcon::Error);
   }
 }
 
@@ -151,8 +159,18 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   context.userFormatTitle = app.postProcessor.Title;
   context.userFormatExtension = app.postProcessor.FileExt;
   context.saveSettings = [&app] { SaveSettings(app); };
-  context.openTextViewer = [&platform](const std::string& path) {
-    StartCommand(platform, kTextViewer, path);
+  context.openTextViewer = [&app, &platform](const std::string& path) {
+    StartCommand(platform, app.ProgramFolder, kTextViewer, path);
+  };
+  // The machining module's job file of the active layer, its bored holes as 5-degree chords as
+  // an exported file has them.
+  context.writeJobFile = [&app, &platform](const std::string& path) {
+    return ExportBoardFile(platform, path, [&] {
+      OutputContext job = MakeContext(app, platform);
+      const Settings& s = app.settings;
+      return WriteJobFile(job, path, app.board.ActiveLayer, s.SingleSequence, s.MillingOptim,
+                          s.DrillingOptim, 5);
+    });
   };
   const Board& board = app.board;
   context.writeExcellon = [&board, &platform](const std::string& path) {
@@ -214,7 +232,7 @@ void RunOutputDataFormat(Application& app, Platform& platform) {
   if (platform.RunDialog(form)) SaveSettings(app);
 }
 
-void RunMill(Application& app, Platform& platform) {
+void RunMill(Application& app, Platform& platform, bool simulate) {
   Board& b = app.board;
   Settings& s = app.settings;
   b.PendingCommand = 0;
@@ -238,13 +256,14 @@ void RunMill(Application& app, Platform& platform) {
     if (s.MachineOutput == kMachineOutputFile && !s.MachineFile.empty()) target = s.MachineFile;
     if (WriteJob(app, platform, target)) {
       if (s.MachineOutput == kMachineOutputFile) {
-        StartCommand(platform, s.MachineRun, target);
+        // The program that takes the file hears that it is to simulate the job, not mill it.
+        StartCommand(platform, app.ProgramFolder, s.MachineRun, target,
+                     simulate ? "SIMULATION" : "");
       } else {
-        // A printer queue or a port, which this program cannot send to yet: the file stays.
-        platform.ShowMessage(kProgramName,
-                             "The file was written as ''" + target +
-                                 "''. Sending it to a printer or a port is not available.",
-                             MessageIcon::Warning);
+        // A failed transfer keeps the finished file; the status line says what became of it.
+        const SendStatus sent = SendMachineFile(app, target);
+        if (sent != SendStatus::Sent)
+          platform.SetStatus(SendStatusText(sent) + " ''" + target + "''");
       }
     }
   }
@@ -271,7 +290,8 @@ void RunOutputCommand(Application& app, int id) {
       break;
     }
     case cmd::Mill:
-      MillCommand(app);
+    case cmd::Simulate:
+      MillCommand(app, id == cmd::Simulate);
       break;
     case cmd::CenteringHoles: {
       CentringContext c = MakeCentringContext(app);
@@ -295,6 +315,7 @@ void RunOutputCommand(Application& app, int id) {
 constexpr CommandHandler kOutputHandlers[] = {
     {cmd::Save, cmd::Save, RunOutputCommand},
     {cmd::Mill, cmd::Mill, RunOutputCommand},
+    {cmd::Simulate, cmd::Simulate, RunOutputCommand},
     {cmd::CenteringHoles, cmd::CenteringHoles, RunOutputCommand},
     {cmd::OutputDataFormat, cmd::OutputDataFormat, RunOutputCommand},
 };
@@ -313,12 +334,12 @@ std::string MillTarget(const Application& app) {
   return OwnFilesFolder(app) + kProgramName + ".out";
 }
 
-void MillCommand(Application& app) {
+void MillCommand(Application& app, bool simulate) {
   if (app.AutoMill) {
     ConfirmingPlatform confirming(app.platform);
-    RunMill(app, confirming);
+    RunMill(app, confirming, simulate);
   } else {
-    RunMill(app, app.platform);
+    RunMill(app, app.platform, simulate);
   }
 }
 
@@ -354,12 +375,26 @@ bool MillJob(Application& app, const std::string& path, std::string* reason) {
     if (reason) *reason = "no output file named";
     return false;
   }
-  if (WriteJob(app, confirming, path)) return true;
-  if (reason)
-    *reason = confirming.refusal.empty()
-                  ? "the machine file was not written"
-                  : "the machine file was not written: " + confirming.refusal;
+  if (!WriteJob(app, confirming, path)) {
+    if (reason)
+      *reason = confirming.refusal.empty()
+                    ? "the machine file was not written"
+                    : "the machine file was not written: " + confirming.refusal;
+    return false;
+  }
+  const int output = app.settings.MachineOutput;
+  if (output != kMachineOutputPrinter && output != kMachineOutputPort) return true;
+  const SendStatus sent = SendMachineFile(app, path);
+  if (sent == SendStatus::Sent) return true;
+  if (reason) *reason = SendStatusText(sent) + " The machine file stays as '" + path + "'.";
   return false;
+}
+
+SendStatus SendMachineFile(Application& app, const std::string& path) {
+  const Settings& s = app.settings;
+  if (s.MachineOutput == kMachineOutputPrinter)
+    return app.transfer->SendToPrinter(path, s.MachinePrn);
+  return app.transfer->SendToPort(path, s.MachinePort, PortSettingsOf(s));
 }
 
 bool ExportLayerFile(Application& app, int format, const std::string& path) {
@@ -370,6 +405,7 @@ bool ExportLayerFile(Application& app, int format, const std::string& path) {
   OutputContext context = MakeContext(app, app.platform);
   if (format == kFormatExcellon) return context.writeExcellon(path);
   if (format == kFormatGerberOut) return context.writeGerber(path);
+  if (format == kFormatJobFile) return context.writeJobFile(path);
   return false;
 }
 

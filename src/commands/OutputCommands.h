@@ -34,8 +34,14 @@ std::string MillTarget(const Application& app);
 // set) runs with the file's path after its words; a run that cannot start says
 // "<command line>\n\nUnable to execute this programme." under "Error". With the program started
 // with AUTOMILL every dialog of the command is confirmed as it stands. Ends with ResetHover and
-// a repaint.
-void MillCommand(Application& app);
+// a repaint. "&Simulate..." (and "M&anual control...", which shares its id) runs the same
+// course with `simulate`: `MachineRun` then gets the word "SIMULATION" after the file.
+void MillCommand(Application& app, bool simulate = false);
+
+// The finished machine file at `path` to where `MachineOutput` sends it: the printer queue
+// `MachinePrn` (the default queue when empty) or the port `MachinePort` with the port
+// parameters of the settings. The file itself stays.
+SendStatus SendMachineFile(Application& app, const std::string& path);
 
 // For scripts, after the caller has loaded the files and calculated the contours (and hatches):
 // the card's cut path of every card contour that has none yet, the tools checked as the Mill
@@ -45,7 +51,9 @@ void MillCommand(Application& app);
 // that refused its values (two "Final output" rows with one choice are named); a failed write
 // also says "Unable to export file. ''<path>''" under "Error", and the file that stood at `path`
 // stays as it was. A path that names something other than a plain file (a device) is refused
-// with that message.
+// with that message. With `MachineOutput` 2 or 3 the written file is then printed or sent
+// (SendMachineFile); a transfer that fails gives false with its reason, and the file stays at
+// `path`.
 bool MillJob(Application& app, const std::string& path, std::string* reason = nullptr);
 
 // The active layer written as a board file, as "Save..." writes it: `format` is kFormatExcellon

@@ -206,6 +206,20 @@ TDialogMillLayers::TDialogMillLayers(OutputContext& context) : context_(context)
     for (Row& row : rows)
       if (row.code == kSectionCutting) row.mirror = true;
   }
+  // A ticked row whose section is not among the choices still goes to the walk: with a single
+  // drilling tool every drilling section drills all the holes again, and any other such section
+  // has nothing to write. The row says which, rather than showing an empty choice.
+  for (Row& row : rows) {
+    if (!row.ticked || row.code == kSectionNone) continue;
+    bool offered = false;
+    for (const TSectionChoice& c : row.choices) offered = offered || c.code == row.code;
+    if (offered) continue;
+    const bool drillsAgain = row.code >= kSectionDrillFirst && row.code <= kSectionDrillLast &&
+                             board.Drills && settings.DrillingMode < 2;
+    row.choices.push_back(
+        {drillsAgain ? "Drilling (single tool), all holes again" : "(nothing to output)",
+         row.code});
+  }
 }
 
 bool TDialogMillLayers::Accept(Platform& platform) {

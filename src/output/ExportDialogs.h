@@ -86,7 +86,8 @@ class TDialogMillLayers : public DialogForm {
  public:
   // Opening: the drill tool set is rebuilt when the rule says so; mirror ticks are cleared when
   // layer 0 is empty; after a rebuild an "Engraving layer #1" row followed by an empty row gets
-  // "Engraving layer #2" with the opposite mirror, and "Cutting out" rows are mirrored.
+  // "Engraving layer #2" with the opposite mirror, and "Cutting out" rows are mirrored. A ticked
+  // row whose section is not offered gets a choice that tells what the walk does with it.
   explicit TDialogMillLayers(OutputContext& context);
   std::string_view FormName() const override { return "TDialogMillLayers"; }
   // "Final output", "Transfer to NC-CAD" or "Output" by product variant.

@@ -27,8 +27,11 @@ struct TOutputFormatChoice {
   std::string shipped;
 };
 
-// The `MachineOutput` value of "Create file".
+// The `MachineOutput` values: "Create file", "Call printer driver", "Send directly to the
+// machine".
 inline constexpr int kMachineOutputFile = 1;
+inline constexpr int kMachineOutputPrinter = 2;
+inline constexpr int kMachineOutputPort = 3;
 
 class TDialogCopOutput : public DialogForm {
  public:

@@ -237,10 +237,12 @@ char QtPlatform::DecimalSeparator() {
   return DecimalSeparatorOf(QLocale::system().decimalPoint());
 }
 
-bool QtPlatform::StartProcess(const std::string& program, const std::vector<std::string>& args) {
+bool QtPlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
+                              const std::string& workingFolder) {
   QStringList arguments;
   for (const std::string& arg : args) arguments << QString::fromStdString(arg);
-  return QProcess::startDetached(QString::fromStdString(program), arguments);
+  return QProcess::startDetached(QString::fromStdString(program), arguments,
+                                 QString::fromStdString(workingFolder));
 }
 
 }  // namespace isolith

@@ -67,7 +67,8 @@ class QtPlatform : public Platform {
   uint64_t TickCount() override;
   int64_t Now() override;
   char DecimalSeparator() override;
-  bool StartProcess(const std::string& program, const std::vector<std::string>& args) override;
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& workingFolder) override;
 
   // The status text last set, kept for a window attached later.
   const QString& StatusText() const { return status_; }

@@ -141,9 +141,9 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_TRUE(CommandEnabled(cmd::CloseLayer, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Layer1, b, drawn));
   // The rule allows it but its handler is not built.
-  EXPECT_TRUE(CommandRuleAllows(cmd::Simulate, b, drawn));
-  EXPECT_FALSE(CommandImplemented(cmd::Simulate));
-  EXPECT_FALSE(CommandEnabled(cmd::Simulate, b, drawn));
+  EXPECT_TRUE(CommandRuleAllows(cmd::MachineIoTest, b, drawn));
+  EXPECT_FALSE(CommandImplemented(cmd::MachineIoTest));
+  EXPECT_FALSE(CommandEnabled(cmd::MachineIoTest, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::ThermalPad, b, drawn));  // the editing is built; pads stand
   EXPECT_TRUE(CommandEnabled(cmd::Dimensions, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::Reframe, b, drawn));
@@ -155,7 +155,7 @@ TEST(CommandTable, EnabledNeedsAHandlerAndNoReader) {
   EXPECT_TRUE(CommandEnabled(cmd::ToolLibrary, b, drawn));
   EXPECT_TRUE(CommandEnabled(cmd::SelectedTools, b, drawn));
   // So are the output commands.
-  for (int id : {cmd::Save, cmd::Mill, cmd::CenteringHoles, cmd::OutputDataFormat})
+  for (int id : {cmd::Save, cmd::Mill, cmd::Simulate, cmd::CenteringHoles, cmd::OutputDataFormat})
     EXPECT_TRUE(CommandEnabled(id, b, drawn)) << id;
   b.LayerCount = 0;
   EXPECT_FALSE(CommandEnabled(cmd::Mill, b, drawn));

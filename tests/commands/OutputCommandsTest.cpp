@@ -158,6 +158,14 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
   EXPECT_TRUE(Contains(w.Ini(), "\r\nMachineOutput=1\r\n"));
   ASSERT_EQ(w.fake.processes.size(), 1u);
   EXPECT_EQ(w.fake.processes[0], (std::vector<std::string>{"my viewer", "--wait", job}));
+  // "Simulate..." takes the same course, and the program hears that it is a simulation. A
+  // program named by its path runs in its own folder, any other in the program's.
+  w.app.settings.MachineRun = "/usr/bin/my-viewer --wait";
+  RunCommand(w.app, cmd::Simulate);
+  EXPECT_EQ(w.fake.workingFolders, (std::vector<std::string>{w.program.path(), "/usr/bin/"}));
+  ASSERT_EQ(w.fake.processes.size(), 2u);
+  EXPECT_EQ(w.fake.processes[1],
+            (std::vector<std::string>{"/usr/bin/my-viewer", "--wait", job, "SIMULATION"}));
 
   // Without the sections: the active layer through "Export" and "File export"; the viewer
   // opens the file when asked to.
@@ -172,8 +180,8 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
   RunCommand(w.app, cmd::Mill);
   EXPECT_EQ(w.fake.dialogsRun, (std::vector<std::string>{"TDialogExport", "TDialogExpMill"}));
   EXPECT_TRUE(EndsWith(ReadAll(job), "M02\r\n%\r\n"));
-  ASSERT_EQ(w.fake.processes.size(), 2u);
-  EXPECT_EQ(w.fake.processes[1], (std::vector<std::string>{"xdg-open", job}));
+  ASSERT_EQ(w.fake.processes.size(), 3u);
+  EXPECT_EQ(w.fake.processes[2], (std::vector<std::string>{"xdg-open", job}));
   EXPECT_TRUE(w.fake.messages.empty());
   EXPECT_EQ(w.app.board.PendingCommand, 0);
 }
@@ -181,7 +189,10 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
 // A platform on which no program starts.
 class NoProcesses : public test::FakePlatform {
  public:
-  bool StartProcess(const std::string&, const std::vector<std::string>&) override { return false; }
+  bool StartProcess(const std::string&, const std::vector<std::string>&,
+                    const std::string&) override {
+    return false;
+  }
 };
 
 TEST(OutputCommands, AProgramThatCannotStartIsNamedWithItsWholeLine) {

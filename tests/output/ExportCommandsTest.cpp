@@ -172,6 +172,28 @@ TEST(ExportDialogs, FinalOutputRowsAndTheirRefusal) {
   empty.settings.MultiMirror.fill(1);
   TDialogMillLayers cleared(empty.context);
   for (const auto& row : cleared.rows) EXPECT_FALSE(row.mirror);
+
+  // The stored sections with one drilling tool: each drilling section drills every hole again,
+  // and a section with nothing to write says so, rather than showing an empty choice.
+  OutputWorld one;
+  AddDrill(one.board, 5, 5, 1);
+  one.settings.DrillingMode = 0;
+  one.settings.MultiSequence = {1, 2, 3, 4, 5, 10, 14, 18};
+  TDialogMillLayers single(one.context);
+  const char* shown[] = {"(nothing to output)",
+                         "Drilling (single tool)",
+                         "Drilling (single tool), all holes again",
+                         "Drilling (single tool), all holes again",
+                         "Drilling (single tool), all holes again",
+                         "(nothing to output)",
+                         "(nothing to output)",
+                         "(nothing to output)"};
+  for (int i = 0; i < kSequenceSlots; ++i) {
+    std::string label;
+    for (const TSectionChoice& c : single.rows[i].choices)
+      if (c.code == single.rows[i].code) label = c.label;
+    EXPECT_EQ(label, shown[i]) << "row " << i;
+  }
 }
 
 TEST(CmdSave, FiltersFormatMemoryAndTheWrittenFile) {

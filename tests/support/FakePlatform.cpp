@@ -36,10 +36,12 @@ bool FakePlatform::RunDialog(DialogForm& form) {
   return form.Accept(*this);
 }
 
-bool FakePlatform::StartProcess(const std::string& program, const std::vector<std::string>& args) {
+bool FakePlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
+                                const std::string& workingFolder) {
   std::vector<std::string> line{program};
   line.insert(line.end(), args.begin(), args.end());
   processes.push_back(line);
+  workingFolders.push_back(workingFolder);
   return true;
 }
 

@@ -45,6 +45,7 @@ class FakePlatform : public Platform {
   std::vector<std::string> dialogsRun;
   std::vector<FileRequest> fileRequests;
   std::vector<std::vector<std::string>> processes;
+  std::vector<std::string> workingFolders;  // of each process started
   std::vector<std::string> progressTitles;
   int progressOpen = 0;  // BeginProgress less EndProgress
   int stopQuestions = 0;
@@ -71,7 +72,8 @@ class FakePlatform : public Platform {
   uint64_t TickCount() override { return tick; }
   int64_t Now() override { return now; }
   char DecimalSeparator() override { return decimalSeparator; }
-  bool StartProcess(const std::string& program, const std::vector<std::string>& args) override;
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& workingFolder) override;
 
   // The text of the last message, empty when none.
   std::string LastMessage() const { return messages.empty() ? "" : messages.back().text; }

@@ -27,6 +27,7 @@
 #include "import/ExcellonReader.h"
 #include "import/OpenExcellon.h"
 #include "import/TDialogImport.h"
+#include "params/MachineForms.h"
 #include "params/Settings.h"
 #include "params/ToolFile.h"
 #include "params/ToolForms.h"
@@ -36,6 +37,7 @@
 #include "ui/dialogs/TDialogDrillView.h"
 #include "ui/dialogs/TDialogExcellonView.h"
 #include "ui/dialogs/TDialogImportView.h"
+#include "ui/dialogs/TDialogMachineView.h"
 #include "ui/dialogs/TDialogManuPlotView.h"
 #include "ui/dialogs/TDialogPcbToolDataView.h"
 #include "ui/dialogs/TDialogScaleView.h"
@@ -89,7 +91,7 @@ TEST(ParameterViews, EveryFormOfTheGroupHasItsView) {
   for (const char* name :
        {"TDialogPcbToolData", "TDialogDrill", "TDialogSize", "TDialogScale", "TDialogShift",
         "TDialogManuPlot", "TDialogImport", "TDialogExcellon", "TDialogChgPads", "TDialogChgTracks",
-        "TDialogChgOnePad", "TDialogChgOneTrack"})
+        "TDialogChgOnePad", "TDialogChgOneTrack", "TDialogMachine"})
     EXPECT_TRUE(platform.HasView(name)) << name;
 }
 
@@ -170,6 +172,24 @@ TEST(ParameterViews, ScaleTiesItsFieldsAndCancelChangesNothing) {
   EXPECT_EQ(b.CardWidth, 100);
   EXPECT_EQ(b.Pads[0]->x, 10);
   EXPECT_TRUE(fake.messages.empty());
+}
+
+TEST(ParameterViews, MachineDataShowEachSectionAsATabAndTakeValuesAsTheFileWould) {
+  test::QtTestApp();
+  test::FakePlatform fake;
+  MachineParameters machine;
+  TDialogMachine form(machine, MachinePages::Basic);
+  WhenShown([&](QDialog& d) {
+    Type(Find<QLineEdit>(d, "NumberOfAxes"), "9");  // the reader's clamp makes it 6
+    Type(Find<QLineEdit>(d, "ComPort"), "COM4");
+    Find<QCheckBox>(d, "LaserSpindle")->click();
+    EXPECT_EQ(d.findChild<QCheckBox*>("ExternalDriver"), nullptr);  // not a page of this one
+    Press(d, QDialogButtonBox::Ok);
+  });
+  EXPECT_TRUE(TDialogMachineView(form, fake, nullptr));
+  EXPECT_EQ(machine.Text("NumberOfAxes"), "6");
+  EXPECT_EQ(machine.Text("ComPort"), "COM4");
+  EXPECT_TRUE(machine.Flag("LaserSpindle"));
 }
 
 TEST(ParameterViews, PositionRefusesOutsideItsLimitsAndPlotManuallyCloses) {

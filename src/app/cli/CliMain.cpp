@@ -35,6 +35,10 @@ struct CliRequest {
   std::string outputPath;  // -o FILE of "render", "mill" and "export"
   std::string post;        // --post NAME of "mill": a shipped post-processor for this run
   int exportFormat = -1;   // --format of "export"
+  std::string sendFile;    // FILE of "send"
+  std::string port;        // --port of "send"
+  std::string printer;     // --printer of "send"
+  bool toPrinter = false;
 };
 
 // The formats of "Output data format", as the settings spell them.
@@ -97,6 +101,33 @@ bool OptionValue(const std::vector<std::string>& args, size_t& i, const std::str
   return true;
 }
 
+// "send FILE --port DEV|--printer QUEUE".
+int ParseSend(const std::vector<std::string>& args, size_t i, CliRequest& request,
+              std::ostream& err) {
+  bool port = false;
+  for (; i < args.size(); ++i) {
+    std::string value;
+    if (args[i] == "--port" || args[i].rfind("--port=", 0) == 0) {
+      if (!OptionValue(args, i, "--port", value) || value.empty())
+        return UsageError(err, "--port needs a port or device");
+      request.port = value;
+      port = true;
+    } else if (args[i] == "--printer" || args[i].rfind("--printer=", 0) == 0) {
+      if (!OptionValue(args, i, "--printer", value))
+        return UsageError(err, "--printer needs a queue");
+      request.printer = value;
+      request.toPrinter = true;
+    } else if (request.sendFile.empty() && !args[i].empty() && args[i][0] != '-') {
+      request.sendFile = args[i];
+    } else {
+      return UsageError(err, "unexpected word '" + args[i] + "' after send");
+    }
+  }
+  if (request.sendFile.empty()) return UsageError(err, "send needs a file");
+  if (port == request.toPrinter) return UsageError(err, "send needs --port or --printer");
+  return -1;
+}
+
 // Reads the options and the command; returns -1 when the run should go on, else the status.
 int ParseArguments(const std::vector<std::string>& args, CliRequest& request, std::ostream& out,
                    std::ostream& err) {
@@ -129,6 +160,7 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
   const bool writes =
       request.command == "render" || request.command == "mill" || request.command == "export";
   const bool jobCommand = request.command == "info" || writes;
+  if (request.command == "send") return ParseSend(args, i, request, err);
   if (request.command != "settings" && !jobCommand)
     return UsageError(err, "unknown command '" + request.command + "'");
   for (; i < args.size(); ++i) {
@@ -145,8 +177,10 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
         request.exportFormat = kFormatGerberOut;
       else if (name == "excellon")
         request.exportFormat = kFormatExcellon;
+      else if (name == "job")
+        request.exportFormat = kFormatJobFile;
       else
-        return UsageError(err, "--format " + name + ": one of gerber, excellon");
+        return UsageError(err, "--format " + name + ": one of gerber, excellon, job");
     } else if (writes && (args[i] == "-o" || args[i] == "--output")) {
       if (i + 1 >= args.size()) return UsageError(err, args[i] + " needs a file");
       request.outputPath = args[++i];
@@ -171,7 +205,8 @@ int ParseArguments(const std::vector<std::string>& args, CliRequest& request, st
     request.job.contours = !request.job.layerFiles.empty();
   }
   if (request.command == "export") {
-    if (request.exportFormat < 0) return UsageError(err, "export needs --format gerber|excellon");
+    if (request.exportFormat < 0)
+      return UsageError(err, "export needs --format gerber|excellon|job");
     if (request.job.layerFiles.empty()) return UsageError(err, "export needs a layer file");
     if (request.outputPath.empty()) return UsageError(err, "export needs -o OUT");
   }
@@ -207,10 +242,22 @@ const char* CliUsage() {
          "                    write leaves the file that stood there.\n"
          "                    --post NAME writes with the shipped post-processor NAME\n"
          "                    (grbl, linuxcnc, mach, marlin) for this run only.\n"
-         "  export --format gerber|excellon JOB -o OUT\n"
+         "                    With MachineOutput=2 or 3 the file is then printed on\n"
+         "                    MachinePrn or sent to MachinePort, as send does.\n"
+         "  export --format gerber|excellon|job JOB -o OUT\n"
          "                    write the first layer back as a board file, as Save... does:\n"
          "                    Gerber (its tracks, pads and card contours) or Excellon (its\n"
-         "                    pads as drill holes), in inches\n"
+         "                    pads as drill holes), in inches; or as the machining module's\n"
+         "                    binary job file (\".tvn\": tools, holes, and the contours and\n"
+         "                    hatches that --contours and --hatches calculate)\n"
+         "  send FILE --port PORT|--printer QUEUE\n"
+         "                    send a machine file line by line to a port (COM1..COM32,\n"
+         "                    LPT1..LPT3 or a device path such as /dev/ttyUSB0) with the\n"
+         "                    port parameters of Isolith.ini (MachineBaudrate ...), or as\n"
+         "                    a raw job to a printer queue (\"\" for the default queue).\n"
+         "                    COMn is the n-th serial port present: USB adapters\n"
+         "                    (ttyUSB*), then ttyACM*, then the built-in ttyS* ports.\n"
+         "                    Exit status 0 only when every line went out.\n"
          "\n"
          "JOB: [--dialect NAME] [--modern] [--contours] [--hatches] [LAYER-FILE...]\n"
          "     [--drills FILE [DRILL ANSWERS]]\n"
@@ -261,6 +308,15 @@ int CliMain(const std::vector<std::string>& args, const std::string& programFold
 
   if (request.command == "settings") {
     out << FormatSettings(app.settings, LayerZeroApertures(app.board));
+  } else if (request.command == "send") {
+    const SendStatus sent = request.toPrinter
+                                ? app.transfer->SendToPrinter(request.sendFile, request.printer)
+                                : app.transfer->SendToPort(request.sendFile, request.port,
+                                                           PortSettingsOf(app.settings));
+    if (sent != SendStatus::Sent) {
+      err << kName << ": " << SendStatusText(sent) << " (" << request.sendFile << ")\n";
+      return kCliFailed;
+    }
   } else {
     if (request.command == "mill" && !MachineFormatWritten(app.settings.MachineFormat)) {
       err << kName << ": MachineFormat " << OutputFormatName(app.settings.MachineFormat)

@@ -43,14 +43,20 @@ int64_t ConsolePlatform::Now() {
   return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
 }
 
-bool ConsolePlatform::StartProcess(const std::string& program,
-                                   const std::vector<std::string>& args) {
+bool ConsolePlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
+                                   const std::string& workingFolder) {
   std::vector<char*> argv;
   argv.push_back(const_cast<char*>(program.c_str()));
   for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
   argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (!workingFolder.empty()) posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
   pid_t pid = 0;
-  return posix_spawnp(&pid, program.c_str(), nullptr, nullptr, argv.data(), environ) == 0;
+  const bool started =
+      posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) == 0;
+  posix_spawn_file_actions_destroy(&actions);
+  return started;
 }
 
 }  // namespace isolith

@@ -29,7 +29,8 @@ class ConsolePlatform : public Platform {
   uint64_t TickCount() override;
   int64_t Now() override;
   char DecimalSeparator() override { return '.'; }
-  bool StartProcess(const std::string& program, const std::vector<std::string>& args) override;
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& workingFolder) override;
 
  private:
   std::FILE* out_;

@@ -16,16 +16,6 @@ namespace {
 
 constexpr double kFar = std::numeric_limits<double>::infinity();
 
-bool DrillsInPass(int sequence, int pass) {
-  return sequence == kDrillOnly || sequence == kAllDrillsFirst ||
-         (sequence == kDrillThenMill && pass == 0) || (sequence == kMillThenDrill && pass == 1);
-}
-
-bool ContoursInPass(int sequence, int pass) {
-  return sequence == kMillOnly || sequence == kAllDrillsFirst ||
-         (sequence == kMillThenDrill && pass == 0) || (sequence == kDrillThenMill && pass == 1);
-}
-
 // Holes tool by tool; within a tool, by distance from the list's first drill, which stays the
 // reference for every tool.
 void WalkDrills(PenMachine& pen, OutputContext& context, bool drillOptim) {
@@ -181,6 +171,16 @@ void WalkCutPaths(PenMachine& pen, OutputContext& context) {
 }
 
 }  // namespace
+
+bool DrillsInPass(int sequence, int pass) {
+  return sequence == kDrillOnly || sequence == kAllDrillsFirst ||
+         (sequence == kDrillThenMill && pass == 0) || (sequence == kMillThenDrill && pass == 1);
+}
+
+bool ContoursInPass(int sequence, int pass) {
+  return sequence == kMillOnly || sequence == kAllDrillsFirst ||
+         (sequence == kMillThenDrill && pass == 0) || (sequence == kDrillThenMill && pass == 1);
+}
 
 bool ExportLayerWalk(OutputContext& context, int format, const std::string& path, int layer,
                      bool withContours, bool withDrills, bool withCutouts, float zeroX, float zeroY,

@@ -18,6 +18,10 @@ enum ExportSequence : int {
   kAllDrillsFirst = 99,  // everything in the first pass, drills first
 };
 
+// Whether drills, and contours with their hatches, are walked in pass 0 or 1 of a sequence.
+bool DrillsInPass(int sequence, int pass);
+bool ContoursInPass(int sequence, int pass);
+
 // Writes `layer` in `format` to `path` (the save dialog asks when it is empty). Drills (with the
 // centering holes) when `withDrills`, contours with the layer's hatches when `withContours`, cut
 // paths when `withCutouts` and the "card contour" choice are set. The zero point is

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "output/transfer/SerialPort.h"
+#include "params/Settings.h"
 
 namespace isolith {
 
@@ -48,6 +49,10 @@ class SystemTransfer : public MachineTransfer {
   std::vector<std::string> Printers() override;
   std::vector<std::string> SerialDevices() override;
 };
+
+// The port parameters of the settings (`MachineBaudrate` .. `MachineXoff`), with the time-outs
+// of every transfer: 50 ms to read, 5000 ms for each write.
+PortSettings PortSettingsOf(const Settings& settings);
 
 // The port part of SystemTransfer, given the serial devices (tests give a pty).
 SendStatus SendFileToPort(const std::string& path, const std::string& port,

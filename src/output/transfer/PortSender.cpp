@@ -39,6 +39,20 @@ SendStatus SendFileToPort(const std::string& path, const std::string& port,
   return out.Drain() ? SendStatus::Sent : SendStatus::Stopped;
 }
 
+PortSettings PortSettingsOf(const Settings& s) {
+  PortSettings p;
+  p.baud = s.MachineBaudrate;
+  p.parity = s.MachineParity;
+  p.wordLength = s.MachineWordLength;
+  p.stopBits = s.MachineStopBits;
+  p.cts = s.MachineCTS;
+  p.rts = s.MachineRTS;
+  p.dsr = s.MachineDSR;
+  p.dtr = s.MachineDTR;
+  p.xoff = s.MachineXoff;
+  return p;
+}
+
 std::string SendStatusText(SendStatus status) {
   switch (status) {
     case SendStatus::Sent:

@@ -4,6 +4,7 @@
 #include "ui/dialogs/TDialogExcellonView.h"
 #include "ui/dialogs/TDialogImportView.h"
 #include "ui/dialogs/TDialogItemColorView.h"
+#include "ui/dialogs/TDialogMachineView.h"
 #include "ui/dialogs/TDialogManuPlotView.h"
 #include "ui/dialogs/TDialogPcbToolDataView.h"
 #include "ui/dialogs/TDialogScaleView.h"
@@ -27,6 +28,7 @@ void RegisterParameterViews(QtPlatform& platform) {
   platform.RegisterView("TDialogImport", TDialogImportView);
   platform.RegisterView("TDialogExcellon", TDialogExcellonView);
   platform.RegisterView("TDialogItemColor", TDialogItemColorView);
+  platform.RegisterView("TDialogMachine", TDialogMachineView);
 }
 
 }  // namespace isolith

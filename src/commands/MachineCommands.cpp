@@ -1,0 +1,88 @@
+// The "&Machine" menu: "&Basic data...", "&Full data..." and "&External driver...", which edit the
+// machine parameter file "Torvane.cnc" beside the settings, for the machining module. Their
+// course: PendingCommand cleared; the external-driver warning before "Basic data" (and, before
+// "Full data", the warning and then the external driver's page); the file read (a message when it
+// cannot be, the dialog then showing what memory holds); the dialog; on OK the file written, on
+// Cancel read again. Their messages stand under the program's name.
+#include "commands/CommandHandlers.h"
+#include "params/MachineForms.h"
+#include "params/SettingsFile.h"
+
+namespace isolith {
+
+namespace {
+
+constexpr const char* kCannotRead =
+    "Unable to read machine parameter file.\nDefault parameters will be used instead.";
+constexpr const char* kCannotWrite =
+    "Unable to write machine parameter file.\nParameters may be reinitialised.";
+constexpr const char* kUnderExternalDriver =
+    "The machining process is under control of an external driver.";
+
+// The file lives beside the settings, in a folder the person may write to.
+std::string MachineFolder(const Application& app) {
+  return app.ConfigFolder.empty() ? app.ProgramFolder : app.ConfigFolder;
+}
+
+bool ReadMachineFile(Application& app) {
+  if (ReadMachine(MachineFolder(app), kMachineBaseName, app.machine)) return true;
+  app.platform.ShowMessage(kProgramName, kCannotRead, MessageIcon::Warning);
+  return false;
+}
+
+void EditMachine(Application& app, MachinePages pages) {
+  ReadMachineFile(app);
+  TDialogMachine form(app.machine, pages);
+  if (app.platform.RunDialog(form)) {
+    if (!WriteMachine(MachineFolder(app), kMachineBaseName, app.machine))
+      app.platform.ShowMessage(kProgramName, kCannotWrite, MessageIcon::Error);
+  } else {
+    // The dialog may have changed memory before it was cancelled: the file has the last word.
+    ReadMachineFile(app);
+  }
+}
+
+void RunMachine(Application& app, int id) {
+  app.board.PendingCommand = 0;
+  const bool external = app.machine.Flag("ExternalDriver");
+  switch (id) {
+    case cmd::MachineBasicData:
+      if (external) app.platform.ShowMessage("Warning", kUnderExternalDriver, MessageIcon::Warning);
+      EditMachine(app, MachinePages::Basic);
+      break;
+    case cmd::MachineFullData:
+      if (external) {
+        app.platform.ShowMessage("Warning", kUnderExternalDriver, MessageIcon::Warning);
+        EditMachine(app, MachinePages::ExternalDriver);
+      }
+      // The digitiser's own file beside the machine's; its keys are those of the machine file.
+      ReadSettingsFile(
+          app.ConfigFolder + kMachineBaseName + ".xyz",
+          [&app](std::string_view key, std::string_view value) { app.machine.Set(key, value); });
+      EditMachine(app, MachinePages::Full);
+      break;
+    case cmd::ExternalDriver:
+      EditMachine(app, MachinePages::ExternalDriver);
+      break;
+    default:
+      break;
+  }
+  RequestRepaint(app);
+}
+
+constexpr CommandHandler kMachineHandlers[] = {
+    {cmd::MachineBasicData, cmd::MachineFullData, RunMachine},
+    {cmd::ExternalDriver, cmd::ExternalDriver, RunMachine},
+};
+
+}  // namespace
+
+void RunMachineCommand(Application& app, int id) {
+  RunMachine(app, id);
+}
+
+std::span<const CommandHandler> MachineCommandHandlers() {
+  return kMachineHandlers;
+}
+
+}  // namespace isolith
