@@ -1,7 +1,9 @@
 #include "output/driver/LayerWalk.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
+#include <vector>
 
 #include "output/driver/OutputFile.h"
 #include "output/driver/PathDirections.h"
@@ -18,7 +20,7 @@ constexpr double kFar = std::numeric_limits<double>::infinity();
 
 // Holes tool by tool; within a tool, by distance from the list's first drill, which stays the
 // reference for every tool.
-void WalkDrills(PenMachine& pen, OutputContext& context, bool drillOptim) {
+void WalkDrillsByScan(PenMachine& pen, OutputContext& context, bool drillOptim) {
   Board& board = context.board;
   const Settings& settings = context.settings;
   WalkCentreHoles(pen, board, settings, settings.PlottingTool);
@@ -62,7 +64,7 @@ void FeedFrom(PenMachine& pen, const TXY* from) {
   for (; from; from = from->next) FeedTo(pen, from->x, from->y);
 }
 
-void WalkHatches(PenMachine& pen, OutputContext& context, int layer, bool optim) {
+void WalkHatchesByScan(PenMachine& pen, OutputContext& context, int layer, bool optim) {
   const Settings& settings = context.settings;
   TPolygon* list = context.board.Hatches[layer];
   if (!list) return;
@@ -105,7 +107,7 @@ void WalkHatches(PenMachine& pen, OutputContext& context, int layer, bool optim)
   }
 }
 
-void WalkContours(PenMachine& pen, OutputContext& context, int layer, bool optim) {
+void WalkContoursByScan(PenMachine& pen, OutputContext& context, int layer, bool optim) {
   const Settings& settings = context.settings;
   TPolygon* list = context.board.Contours[layer];
   SelectTool(pen, settings.MillingTool, settings.MillingTool);
@@ -142,6 +144,140 @@ void WalkContours(PenMachine& pen, OutputContext& context, int layer, bool optim
     if (gap <= closedWidth) {
       // Closed: enter at the chosen vertex, go round to the end, then from the second vertex
       // back to the entry.
+      RapidTo(pen, entry->x, entry->y, settings.MillingDepth);
+      FeedFrom(pen, entry->next);
+      if (entry != first) {
+        for (const TXY* v = first->next; v; v = v->next) {
+          FeedTo(pen, v->x, v->y);
+          if (v == entry) break;
+        }
+      }
+    } else {
+      RapidTo(pen, first->x, first->y, settings.MillingDepth);
+      FeedFrom(pen, first->next);
+    }
+  }
+}
+
+// The orderings above measure every candidate from a point that stays fixed for the whole walk,
+// so the order they find is the candidates sorted by that distance, the list order breaking
+// ties (a strictly smaller distance wins), and a candidate whose distance cannot be measured
+// never taken. The functions below sort once instead of scanning the list for each step.
+struct Ranked {
+  double key;
+  size_t order;
+  bool operator<(const Ranked& o) const { return key < o.key || (key == o.key && order < o.order); }
+};
+
+void WalkDrills(PenMachine& pen, OutputContext& context, bool drillOptim) {
+  if (context.referenceOrdering) return WalkDrillsByScan(pen, context, drillOptim);
+  Board& board = context.board;
+  const Settings& settings = context.settings;
+  WalkCentreHoles(pen, board, settings, settings.PlottingTool);
+  ClearDoneMarks(board.Drills);
+  const TDrill* reference = board.Drills;
+  std::vector<TDrill*> drills;
+  std::vector<std::vector<Ranked>> byTool(kToolSlots);
+  for (TDrill* d = board.Drills; d; d = d->next) {
+    const int tool = DrillToolOf(context.drillList, board, *d);
+    const double dist = drillOptim ? Distance2(reference->x, reference->y, d->x, d->y) : 0;
+    if (tool >= 0 && tool < kToolSlots && !std::isnan(dist))
+      byTool[tool].push_back({dist, drills.size()});
+    drills.push_back(d);
+  }
+  for (int tool = 0; tool < kToolSlots; ++tool) {
+    std::sort(byTool[tool].begin(), byTool[tool].end());
+    for (const Ranked& r : byTool[tool]) {
+      TDrill* taken = drills[r.order];
+      SelectTool(pen, tool, tool);
+      SetToolSpeeds(pen, settings.BoringSpeed);
+      SetFlags(*taken, kVisited);
+      const double diameter = board.DrillDiameter[taken->code];
+      float radius = static_cast<float>((diameter - ToolAt(context.tools, tool).Diameter) * 0.5);
+      if (radius <= 0.01f || !settings.BoringDrills || !(diameter > settings.BoringThreshold - 0.1))
+        radius = 0.01f;
+      RapidTo(pen, taken->x, taken->y, settings.DrillingDepth);
+      CircleAt(pen, radius);
+    }
+  }
+}
+
+void WalkHatches(PenMachine& pen, OutputContext& context, int layer, bool optim) {
+  if (context.referenceOrdering) return WalkHatchesByScan(pen, context, layer, optim);
+  const Settings& settings = context.settings;
+  TPolygon* list = context.board.Hatches[layer];
+  if (!list) return;
+  SelectTool(pen, settings.HatchingTool, settings.HatchingTool);
+  SetToolSpeeds(pen, settings.HatchingSpeed);
+  ClearDoneMarks(list);
+  const bool haveReference = list->first != nullptr;
+  const double refX = haveReference ? list->first->x : 0, refY = haveReference ? list->first->y : 0;
+  std::vector<TPolygon*> hatches;
+  std::vector<Ranked> order;
+  std::vector<char> byLast;
+  for (TPolygon* p = list; p; p = p->next) {
+    if (!p->first) continue;
+    double key = 0;
+    bool last = false;
+    if (optim && haveReference) {
+      const TXY* end = LastPoint(*p);
+      key = Distance2(refX, refY, p->first->x, p->first->y);
+      const double d1 = Distance2(refX, refY, end->x, end->y);
+      if (d1 < key || (std::isnan(key) && !std::isnan(d1))) key = d1, last = true;
+      if (std::isnan(key)) continue;
+    }
+    order.push_back({key, hatches.size()});
+    hatches.push_back(p);
+    byLast.push_back(last);
+  }
+  std::stable_sort(order.begin(), order.end());
+  for (const Ranked& r : order) {
+    TPolygon* taken = hatches[r.order];
+    SetFlags(*taken, kVisited);
+    if (byLast[r.order]) ReversePolygon(*taken);
+    RapidTo(pen, taken->first->x, taken->first->y, settings.MillingDepth);
+    FeedFrom(pen, taken->first->next);
+  }
+}
+
+void WalkContours(PenMachine& pen, OutputContext& context, int layer, bool optim) {
+  if (context.referenceOrdering) return WalkContoursByScan(pen, context, layer, optim);
+  const Settings& settings = context.settings;
+  TPolygon* list = context.board.Contours[layer];
+  SelectTool(pen, settings.MillingTool, settings.MillingTool);
+  SetToolSpeeds(pen, settings.MillingSpeed);
+  ClearDoneMarks(list);
+  const TXY* reference = list ? list->first : nullptr;
+  const double closedWidth =
+      ToolCutWidthByIndex(context.tools, settings.MillingTool, settings.MillingDepth, 0);
+  std::vector<TPolygon*> contours;
+  std::vector<const TXY*> entries;
+  std::vector<Ranked> order;
+  for (TPolygon* p = list; p; p = p->next) {
+    if (!p->first) continue;
+    double key = 0;
+    const TXY* entry = p->first;
+    if (optim && reference) {
+      entry = nullptr;
+      for (const TXY* v = p->first; v && v->next; v = v->next) {
+        const double d = Distance2(reference->x, reference->y, v->x, v->y);
+        if (!entry ? !std::isnan(d) : d < key) key = d, entry = v;
+      }
+      if (!entry) continue;
+    }
+    order.push_back({key, contours.size()});
+    contours.push_back(p);
+    entries.push_back(entry);
+  }
+  std::stable_sort(order.begin(), order.end());
+  for (const Ranked& r : order) {
+    TPolygon* taken = contours[r.order];
+    const TXY* entry = entries[r.order];
+    SetFlags(*taken, kVisited);
+    const TXY* first = taken->first;
+    const TXY* last = LastPoint(*taken);
+    const double gap = std::sqrt(Distance2(first->x, first->y, last->x, last->y));
+    if (gap <= closedWidth) {
       RapidTo(pen, entry->x, entry->y, settings.MillingDepth);
       FeedFrom(pen, entry->next);
       if (entry != first) {

@@ -57,6 +57,10 @@ struct OutputContext {
   std::function<bool(const std::string& path)> writeGerber;
   // Opens a written file in the text viewer. May be empty.
   std::function<void(const std::string& path)> openTextViewer;
+  // The walks order paths and drills by plain scans of the lists instead of their sorted and
+  // indexed searches: the reference the fast orderings are checked against (same order, same
+  // file). Only tests and benchmarks set it.
+  bool referenceOrdering = false;
   // Marks a drill or path on the screen while the section walk visits it. May be empty.
   std::function<void(float x, float y)> showProgress;
 };

@@ -1,7 +1,11 @@
 #include "output/driver/SectionWalk.h"
 
 #include <limits>
+#include <optional>
+#include <unordered_map>
+#include <vector>
 
+#include "output/driver/NearestPoints.h"
 #include "output/driver/OutputFile.h"
 #include "output/driver/PathDirections.h"
 #include "output/driver/WalkSteps.h"
@@ -49,6 +53,19 @@ void DrillSection(const Section& section, int code) {
     SetToolSpeeds(section.pen, settings.BoringSpeed);
   }
   const double toolDiameter = ToolAt(section.context.tools, tool).Diameter;
+  // The holes of this tool, ranked in list order, for the search of the nearest one left.
+  std::vector<TDrill*> drills;
+  std::unordered_map<const TDrill*, int> rankOf;
+  std::optional<NearestPoints> nearest;
+  if (!section.context.referenceOrdering) {
+    for (TDrill* d = board.Drills; d; d = d->next) {
+      rankOf.emplace(d, static_cast<int>(drills.size()));
+      drills.push_back(d);
+    }
+    nearest.emplace(static_cast<int>(drills.size()));
+    for (size_t i = 0; i < drills.size(); ++i)
+      if (belongs(*drills[i])) nearest->Add(static_cast<int>(i), drills[i]->x, drills[i]->y);
+  }
   while (drill) {
     section.Show(drill->x, drill->y);
     SetFlags(*drill, kVisited);
@@ -58,13 +75,19 @@ void DrillSection(const Section& section, int code) {
     RapidTo(section.pen, section.X(drill->x), drill->y, settings.DrillingDepth);
     CircleAt(section.pen, r);
     TDrill* next = nullptr;
-    double best = kFar;
-    for (TDrill* d = board.Drills; d; d = d->next) {
-      if (TestFlags(*d, kVisited) || !belongs(*d)) continue;
-      const double dist = Distance2(drill->x, drill->y, d->x, d->y);
-      if (dist < best) {
-        best = dist;
-        next = d;
+    if (nearest) {
+      nearest->Remove(rankOf.at(drill));
+      const int rank = nearest->Nearest(drill->x, drill->y);
+      next = rank < 0 ? nullptr : drills[rank];
+    } else {
+      double best = kFar;
+      for (TDrill* d = board.Drills; d; d = d->next) {
+        if (TestFlags(*d, kVisited) || !belongs(*d)) continue;
+        const double dist = Distance2(drill->x, drill->y, d->x, d->y);
+        if (dist < best) {
+          best = dist;
+          next = d;
+        }
       }
     }
     drill = next;
@@ -87,6 +110,25 @@ void PathSection(const Section& section, int layer, bool hatching) {
     SelectTool(section.pen, section.row, tool);
     SetToolSpeeds(section.pen, speed);
   }
+  // Both ends of every path, ranked as the plain scan meets them (first end before last end,
+  // path by path), for the search of the nearest one left.
+  std::vector<TPolygon*> paths;
+  std::unordered_map<const TPolygon*, int> rankOf;
+  std::optional<NearestPoints> nearest;
+  if (!section.context.referenceOrdering) {
+    for (TPolygon* p = list; p; p = p->next) {
+      rankOf.emplace(p, static_cast<int>(paths.size()));
+      paths.push_back(p);
+    }
+    nearest.emplace(static_cast<int>(2 * paths.size()));
+    for (size_t i = 0; i < paths.size(); ++i) {
+      const TPolygon* p = paths[i];
+      if (!p->first) continue;
+      const TXY* end = LastPoint(*p);
+      nearest->Add(static_cast<int>(2 * i), p->first->x, p->first->y);
+      nearest->Add(static_cast<int>(2 * i + 1), end->x, end->y);
+    }
+  }
   TPolygon* path = list;
   bool turned = false;
   while (path) {
@@ -101,21 +143,28 @@ void PathSection(const Section& section, int layer, bool hatching) {
     if (turned) ReversePolygon(*path);
     TPolygon* next = nullptr;
     bool nextTurned = false;
-    double best = kFar;
-    for (TPolygon* p = list; p; p = p->next) {
-      if (TestFlags(*p, kVisited) || !p->first) continue;
-      const TXY* end = LastPoint(*p);
-      const double d0 = Distance2(fromX, fromY, p->first->x, p->first->y);
-      if (d0 < best) {
-        best = d0;
-        next = p;
-        nextTurned = false;
-      }
-      const double d1 = Distance2(fromX, fromY, end->x, end->y);
-      if (d1 < best) {
-        best = d1;
-        next = p;
-        nextTurned = true;
+    if (nearest) {
+      nearest->Remove(2 * rankOf.at(path));
+      nearest->Remove(2 * rankOf.at(path) + 1);
+      const int rank = nearest->Nearest(fromX, fromY);
+      if (rank >= 0) next = paths[rank / 2], nextTurned = rank % 2 == 1;
+    } else {
+      double best = kFar;
+      for (TPolygon* p = list; p; p = p->next) {
+        if (TestFlags(*p, kVisited) || !p->first) continue;
+        const TXY* end = LastPoint(*p);
+        const double d0 = Distance2(fromX, fromY, p->first->x, p->first->y);
+        if (d0 < best) {
+          best = d0;
+          next = p;
+          nextTurned = false;
+        }
+        const double d1 = Distance2(fromX, fromY, end->x, end->y);
+        if (d1 < best) {
+          best = d1;
+          next = p;
+          nextTurned = true;
+        }
       }
     }
     if (next && nextTurned) ReversePolygon(*next);
