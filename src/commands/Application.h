@@ -84,6 +84,9 @@ class Application {
   // The board on the screen: scale, client and board rectangles, grid step.
   Viewport view;
 
+  // The card position of the last right click: where the context menu's rows act.
+  float PopupX = 0, PopupY = 0;
+
   // Set by "E&xit": the window closes at its next turn.
   bool ExitRequested = false;
 };

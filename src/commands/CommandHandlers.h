@@ -24,6 +24,7 @@ std::span<const CommandHandler> OutputCommandHandlers();     // save, mill, outp
 std::span<const CommandHandler> EditCommandHandlers();       // apertures, items, contour edits
 std::span<const CommandHandler> DisplayCommandHandlers();    // zoom, colours, units, help
 std::span<const CommandHandler> MachineCommandHandlers();    // the machine parameter file
+std::span<const CommandHandler> PopupCommandHandlers();      // the context menu's own rows
 
 // The handler of a command, or null when the command is not built.
 const CommandHandler* FindCommandHandler(int id);

@@ -140,9 +140,9 @@ std::span<const CommandHandler> FileCommandHandlers() {
 }
 
 const CommandHandler* FindCommandHandler(int id) {
-  for (auto subject :
-       {FileCommandHandlers, TransformCommandHandlers, ToolpathCommandHandlers,
-        OutputCommandHandlers, EditCommandHandlers, DisplayCommandHandlers, MachineCommandHandlers})
+  for (auto subject : {FileCommandHandlers, TransformCommandHandlers, ToolpathCommandHandlers,
+                       OutputCommandHandlers, EditCommandHandlers, DisplayCommandHandlers,
+                       MachineCommandHandlers, PopupCommandHandlers})
     for (const CommandHandler& h : subject())
       if (id >= h.first && id <= h.last) return &h;
   return nullptr;

@@ -33,6 +33,19 @@ void RunZoomOut(Application& app, int) {
   Repaint(app);
 }
 
+// "Zoom in": the rectangle the mouse draws next becomes the view; refused when the view is
+// already as small as a zoom goes.
+void RunZoomIn(Application& app, int) {
+  const Board& b = app.board;
+  if (b.ViewRight - b.ViewLeft <= kMinimumZoom || b.ViewTop - b.ViewBottom <= kMinimumZoom) {
+    Refuse(app);
+    return;
+  }
+  ResetHover(app);
+  app.board.PendingCommand = cmd::ZoomIn;
+  Repaint(app);
+}
+
 void RunFinalRendering(Application& app, int) {
   ResetHover(app);
   app.board.FinalRendering = !app.board.FinalRendering;
@@ -105,6 +118,7 @@ void RunHelp(Application& app, int id) {
 }
 
 constexpr CommandHandler kDisplayHandlers[] = {
+    {cmd::ZoomIn, cmd::ZoomIn, RunZoomIn},
     {cmd::ZoomOut, cmd::ZoomOut, RunZoomOut},
     {cmd::FinalRendering, cmd::FinalRendering, RunFinalRendering},
     {cmd::VisualGrid, cmd::VisualGrid, RunVisualGrid},

@@ -241,9 +241,11 @@ void DrawOverlays(Painter& p) {
   const Settings& s = p.s;
   if (b.RefPad && IsCircuitLayer(b.RefLayer)) DrawPad(p, b.RefLayer, *b.RefPad, s.BoardRefPad);
   const int layer = b.ActiveLayer;
+  // What a pending command would act on shows in the selection colour, else in the highlight.
+  const uint32_t hover = b.PendingCommand ? s.BoardSelect : s.BoardHilight;
   if (IsCircuitLayer(layer)) {
-    if (b.HoverPad) DrawPad(p, layer, *b.HoverPad, s.BoardSelect);
-    if (b.HoverTrack) DrawTrack(p, layer, *b.HoverTrack, s.BoardSelect);
+    if (b.HoverPad) DrawPad(p, layer, *b.HoverPad, hover);
+    if (b.HoverTrack) DrawTrack(p, layer, *b.HoverTrack, hover);
   }
   if (b.HoverContour) p.Path(*b.HoverContour, s.BoardSelect, 2);
   if (const TXY* a = b.HoverContourSegment; a && a->next)

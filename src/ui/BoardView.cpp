@@ -1,12 +1,18 @@
 #include "ui/BoardView.h"
 
 #include <QCursor>
+#include <QKeyEvent>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPolygon>
 #include <QWheelEvent>
 
+#include "commands/Commands.h"
 #include "commands/DisplayCommands.h"
+#include "commands/MouseInput.h"
+#include "commands/Picking.h"
+#include "commands/PopupMenu.h"
 
 namespace isolith {
 
@@ -111,6 +117,7 @@ void BoardView::paintEvent(QPaintEvent*) {
   BuildDisplayList(app_, kRepaintFull, true, list_);
   QPainter painter(this);
   PaintDisplayList(painter, list_, palette().color(QPalette::Window));
+  PaintPointer(painter);
   painter.end();
   emit painted();
 }
@@ -129,12 +136,109 @@ void BoardView::wheelEvent(QWheelEvent* event) {
   ZoomStepCommand(app_, turn < 0, at.x(), at.y());
 }
 
+void BoardView::PaintPointer(QPainter& painter) {
+  // The rubber rectangle in the colour of its command.
+  PixelRect r;
+  uint32_t colour = 0;
+  if (RubberRectangle(app_, mouse_, r, colour)) {
+    painter.setPen(QPen(ToQColor(colour, Qt::yellow), 1));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRect(QRect(QPoint(r.left, r.top), QPoint(r.right, r.bottom)));
+  }
+  // The hint box of the hover item, beside the mouse.
+  const std::string hint = HoverHint(app_);
+  if (hint.empty() || !showHint_) return;
+  const QString text = QString::fromStdString(hint);
+  const QFontMetrics metrics(font());
+  const QRect box = metrics.boundingRect(QRect(0, 0, 600, 200), Qt::AlignLeft, text)
+                        .adjusted(-4, -3, 4, 3)
+                        .translated(hintAt_ + QPoint(14, 18));
+  QRect placed = box;
+  if (placed.right() > width()) placed.moveRight(hintAt_.x() - 8);
+  if (placed.bottom() > height()) placed.moveBottom(hintAt_.y() - 8);
+  painter.setPen(QColor(0, 0, 0));
+  painter.setBrush(QColor(255, 255, 225));
+  painter.drawRect(placed);
+  painter.drawText(placed.adjusted(4, 3, -4, -3), Qt::AlignLeft, text);
+}
+
+QString BoardView::HintText() const {
+  return QString::fromStdString(HoverHint(app_));
+}
+
 void BoardView::mouseMoveEvent(QMouseEvent* event) {
   const QPoint at = event->position().toPoint();
   const double x = ScreenToWorldX(app_.view, app_.board, at.x());
   const double y = ScreenToWorldY(app_.view, app_.board, at.y());
   emit positionChanged(QString::fromStdString(PositionText(app_.board, app_.settings, x, y)));
+  const bool left = event->buttons() & Qt::LeftButton;
+  const bool changed = MouseMoved(app_, mouse_, at.x(), at.y(), left);
+  hintAt_ = at;
+  showHint_ = !left;
+  if (changed || mouse_.DragActive) update();
+  setCursor(mouse_.Panning                             ? Qt::ClosedHandCursor
+            : app_.board.PendingCommand == cmd::ZoomIn ? Qt::CrossCursor
+            : app_.board.PendingCommand != 0           ? Qt::PointingHandCursor
+                                                       : Qt::ArrowCursor);
   QWidget::mouseMoveEvent(event);
+}
+
+void BoardView::mousePressEvent(QMouseEvent* event) {
+  const QPoint at = event->position().toPoint();
+  const bool ctrl = event->modifiers() & Qt::ControlModifier;
+  showHint_ = false;
+  if (event->button() == Qt::LeftButton) {
+    LeftPressed(app_, mouse_, at.x(), at.y(), ctrl);
+  } else if (event->button() == Qt::RightButton) {
+    if (RightPressed(app_, mouse_, at.x(), at.y())) ShowPopup(event->globalPosition().toPoint());
+  }
+  update();
+}
+
+void BoardView::mouseReleaseEvent(QMouseEvent* event) {
+  const QPoint at = event->position().toPoint();
+  if (event->button() == Qt::LeftButton)
+    LeftReleased(app_, mouse_, at.x(), at.y(), event->modifiers() & Qt::ControlModifier);
+  mouse_.RightDown = false;
+  update();
+}
+
+void BoardView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QPoint at = event->position().toPoint();
+  DoubleClicked(app_, mouse_, at.x(), at.y(), event->button() == Qt::LeftButton);
+  update();
+}
+
+void BoardView::keyPressEvent(QKeyEvent* event) {
+  if (KeyDuringDrag(app_, mouse_)) {
+    update();
+    return;
+  }
+  if (event->key() == Qt::Key_Menu) {
+    const QPoint at(mouse_.LastClickX, mouse_.LastClickY);
+    if (RightPressed(app_, mouse_, at.x(), at.y())) ShowPopup(mapToGlobal(at));
+    return;
+  }
+  QWidget::keyPressEvent(event);
+}
+
+void BoardView::ShowPopup(QPoint globalAt) {
+  const std::vector<PopupRow> rows = PopupRows(app_);
+  if (rows.empty()) return;
+  QMenu menu(this);
+  menu.setObjectName("BoardPopup");
+  for (const PopupRow& row : rows) {
+    if (row.id == 0) {
+      menu.addSeparator();
+      continue;
+    }
+    QAction* action = menu.addAction(QString::fromStdString(row.text));
+    action->setData(row.id);
+    action->setEnabled(row.enabled);
+  }
+  update();
+  if (QAction* chosen = menu.exec(globalAt)) RunCommand(app_, chosen->data().toInt());
+  update();
 }
 
 void BoardView::leaveEvent(QEvent* event) {

@@ -9,6 +9,7 @@
 
 #include "commands/Application.h"
 #include "commands/DisplayList.h"
+#include "commands/MouseInput.h"
 
 class QPainter;
 
@@ -33,6 +34,10 @@ class BoardView : public QWidget {
   void ZoomStepAtCursor(bool in);
   // The list of the last paint.
   const DisplayList& Shown() const { return list_; }
+  // The text of the hint box of the hover item; empty when none is shown.
+  QString HintText() const;
+  // The mouse and rectangle state, for the tests.
+  const MouseState& Mouse() const { return mouse_; }
 
  signals:
   // The read-out of the card position under the mouse; empty off the card.
@@ -44,11 +49,23 @@ class BoardView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
   void wheelEvent(QWheelEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:
+  // The rubber rectangle and the hint box over the picture.
+  void PaintPointer(QPainter& painter);
+  // The context menu of the hover items at a screen position; the chosen row runs.
+  void ShowPopup(QPoint globalAt);
+
   Application& app_;
   DisplayList list_;
+  MouseState mouse_;
+  QPoint hintAt_;
+  bool showHint_ = true;
 };
 
 }  // namespace isolith

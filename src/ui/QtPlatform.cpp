@@ -174,6 +174,8 @@ void QtPlatform::BeginProgress(std::string_view title) {
 
 void QtPlatform::EndProgress() {
   delete std::exchange(progress_, nullptr);
+  // The phases of a calculation say nothing once it is over.
+  SetStatus({});
 }
 
 bool QtPlatform::StopRequested() {
