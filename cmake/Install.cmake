@@ -31,5 +31,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
 # The shared libraries the programs link (Qt, the C++ run-time) become the package's depends.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The tool bar's icons are SVG files: Qt draws them through a plugin that nothing links.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6svg6")
 set(CPACK_STRIP_FILES ON)
 include(CPack)
