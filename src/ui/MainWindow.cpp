@@ -11,13 +11,20 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 
 #include "commands/Commands.h"
 #include "commands/LayerCommands.h"
 #include "commands/Startup.h"
+#include "commands/ToolbarRows.h"
 #include "commands/WindowTitle.h"
 #include "core/board/BoardOps.h"
 #include "ui/Hints.h"
+
+// The icons are resources of this static library: the program registers them once.
+static void InitIcons() {
+  Q_INIT_RESOURCE(icons);
+}
 
 namespace isolith {
 
@@ -96,6 +103,7 @@ MainWindow::MainWindow(Application& app, QtPlatform& platform, QWidget* parent)
   connect(view_, &BoardView::painted, this, &MainWindow::RefreshCommandStates);
 
   BuildMenus();
+  BuildToolbars();
   RefreshRecentFiles();
   RefreshCommandStates();
   UpdateTitle();
@@ -113,6 +121,42 @@ void MainWindow::BuildMenus() {
     QMenu* menu = menuBar()->addMenu(Text(top.text));
     menu->menuAction()->setStatusTip(Text(top.hintGroup));
     AddNodes(menu, top.children);
+  }
+}
+
+void MainWindow::BuildToolbars() {
+  InitIcons();
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const int depth = screen ? screen->depth() : 24;
+  const bool classic =
+      ClassicToolBox(app_.settings.TopBarStyle, depth >= 24 ? 1 << 24 : 1 << depth);
+  QToolBar* icons = addToolBar(QStringLiteral("Icon bar"));
+  icons->setObjectName("IconBar");
+  icons->setIconSize(QSize(32, 32));
+  icons->setMovable(false);
+  QToolBar* box = nullptr;
+  if (classic) {
+    // The classic box takes the layers and the editing tools; the icon bar the rest.
+    box = new QToolBar(QStringLiteral("Tool box"), this);
+    box->setObjectName("ToolBox");
+    box->setIconSize(QSize(24, 24));
+    addToolBar(Qt::LeftToolBarArea, box);
+  }
+  for (const ToolbarRow& row : ToolbarRows()) {
+    QToolBar* bar = box && row.id >= 119 && row.id != 125 ? box : icons;
+    if (row.id == 119 || row.id == 125 || row.id == 126) bar->addSeparator();
+    QAction* action =
+        bar->addAction(QIcon(QStringLiteral(":/icons/%1.svg").arg(row.bitmap)), Text(row.tooltip));
+    action->setToolTip(Text(row.tooltip));
+    action->setStatusTip(Text(ToolbarHint(row.id)));
+    action->setData(row.id);
+    action->setObjectName(QStringLiteral("Bar%1").arg(row.id));
+    const int command = ToolbarCommand(row.id);
+    const CommandInfo* info = FindCommand(command);
+    action->setCheckable(info != nullptr && info->checkable);
+    const int id = row.id;
+    connect(action, &QAction::triggered, this, [this, id] { Dispatch(id); });
+    barActions_.emplace(command, action);
   }
 }
 
@@ -208,10 +252,17 @@ void MainWindow::RefreshRecentFiles() {
 }
 
 void MainWindow::RefreshCommandStates() {
-  for (const auto& [id, action] : actions_) {
-    action->setEnabled(CommandEnabled(id, app_));
-    if (action->isCheckable()) action->setChecked(CommandChecked(id, app_));
-  }
+  for (const auto* rows : {&actions_, &barActions_})
+    for (const auto& [id, action] : *rows) {
+      action->setEnabled(CommandEnabled(id, app_));
+      if (action->isCheckable()) action->setChecked(CommandChecked(id, app_));
+    }
+}
+
+QList<QAction*> MainWindow::BarActions() const {
+  QList<QAction*> buttons;
+  for (const auto& [command, action] : barActions_) buttons << action;
+  return buttons;
 }
 
 QList<QAction*> MainWindow::ActionsOf(int id) const {

@@ -52,6 +52,8 @@ class MainWindow : public QMainWindow, public PlatformWindow {
 
   // The menu rows of a command (two rows may share an id), in menu order.
   QList<QAction*> ActionsOf(int id) const;
+  // The buttons of the bars, for the tests.
+  QList<QAction*> BarActions() const;
   BoardView* ViewArea() const { return view_; }
   // The read-out of the mouse position in the status strip.
   QLabel* PositionLabel() const { return position_; }
@@ -65,6 +67,8 @@ class MainWindow : public QMainWindow, public PlatformWindow {
 
  private:
   void BuildMenus();
+  // The icon bar and, by TopBarStyle and the screen, the classic tool box.
+  void BuildToolbars();
   void AddNodes(QMenu* menu, const std::vector<MenuNode>& nodes);
   void AddCommandRow(QMenu* menu, const MenuNode& node);
   void AfterCommand();
@@ -82,6 +86,8 @@ class MainWindow : public QMainWindow, public PlatformWindow {
   QList<QAction*> recentRows_;
   QStringList recentTexts_;  // what the recent rows show, one entry per slot
   std::multimap<int, QAction*> actions_;
+  // The buttons of the icon bar and the classic box, by the menu command they run.
+  std::multimap<int, QAction*> barActions_;
   bool firstShowQueued_ = false;
   int openKey_ = 0;  // a key that did nothing: the beep sounds when it is released
 };

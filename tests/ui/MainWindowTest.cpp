@@ -9,8 +9,11 @@
 #include <QStatusBar>
 #include <set>
 
+#include <QToolBar>
 #include "QtTestApp.h"
+#include "commands/ToolbarRows.h"
 #include "support/FakePlatform.h"
+#include "ui/Hints.h"
 
 namespace isolith {
 namespace {
@@ -249,6 +252,50 @@ TEST(MainWindow, FramePositionGoesIntoTheSettings) {
   w.app.Snapshot = true;
   w.window.RestoreFramePosition();
   EXPECT_EQ(w.window.size(), QSize(850, 714));
+}
+
+}  // namespace
+}  // namespace isolith
+
+namespace isolith {
+namespace {
+
+TEST(MainWindow, TheBarsHoldEveryButtonWithItsTooltipHintAndCommand) {
+  World w;
+  const QList<QAction*> buttons = w.window.BarActions();
+  ASSERT_EQ(buttons.size(), static_cast<int>(ToolbarRows().size()));
+  for (const ToolbarRow& row : ToolbarRows()) {
+    QAction* b = w.window.findChild<QAction*>(QStringLiteral("Bar%1").arg(row.id));
+    ASSERT_NE(b, nullptr) << row.id;
+    EXPECT_EQ(b->toolTip(), QString::fromUtf8(row.tooltip)) << row.id;
+    EXPECT_EQ(b->statusTip(), QString::fromUtf8(ToolbarHint(row.id))) << row.id;
+    EXPECT_FALSE(b->icon().pixmap(32).isNull()) << row.bitmap;  // the picture is found and drawn
+    // On an empty job a button is enabled exactly as its menu row.
+    EXPECT_EQ(b->isEnabled(), CommandEnabled(ToolbarCommand(row.id), w.app)) << row.id;
+  }
+  // The classic box only with the styles that ask for it.
+  EXPECT_EQ(w.window.findChild<QToolBar*>("ToolBox"), nullptr);
+  struct Style {
+    int style, colours;
+    bool classic;
+  } styles[] = {
+      {0, 256, true}, {0, 1 << 24, false}, {1, 16, false}, {2, 1 << 24, true}, {3, 1 << 24, true}};
+  for (const Style& s : styles) EXPECT_EQ(ClassicToolBox(s.style, s.colours), s.classic);
+
+  // A button runs its command: "Reframe" (a bar-only command) fits the card round the pads.
+  TPad* pad = new TPad;
+  pad->x = 40, pad->y = 30;
+  w.app.board.Pads[0] = pad;
+  RepaintBookkeeping(w.app.board);
+  w.window.RefreshCommandStates();
+  QAction* reframe = w.window.findChild<QAction*>("Bar103");
+  ASSERT_TRUE(reframe->isEnabled());
+  reframe->trigger();
+  EXPECT_LT(w.app.board.CardWidth, 100);
+  QAction* final = w.window.findChild<QAction*>("Bar115");
+  final->trigger();
+  EXPECT_TRUE(w.app.board.FinalRendering);
+  EXPECT_TRUE(final->isChecked());
 }
 
 }  // namespace
