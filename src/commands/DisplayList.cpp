@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "params/ToolLibrary.h"
+#include "toolpath/TrackNets.h"
 
 namespace isolith {
 
@@ -234,6 +235,25 @@ void DrawCutoutLayer(Painter& p) {
     if (c->outline) p.Path(*c->outline, p.s.BoardDrill, 1, 1);
 }
 
+// The pads and tracks joined to `pad` on every circuit layer: those of the other layers in
+// `BoardConnect2`, then those of the active layer in `BoardConnect1`.
+void DrawNet(Painter& p, int layer, TPad& pad) {
+  Board& b = p.b;
+  ClearNetMarks(b);
+  TracePad(b, layer, &pad);
+  for (const bool active : {false, true}) {
+    const uint32_t colour = active ? p.s.BoardConnect1 : p.s.BoardConnect2;
+    for (int l = 0; l < kCircuitLayers; ++l) {
+      if ((l == layer) != active) continue;
+      for (const TTrack* t = b.Tracks[l]; t; t = t->next)
+        if (TestFlags(*t, kVisited)) DrawTrack(p, l, *t, colour);
+      for (const TPad* q = b.Pads[l]; q; q = q->next)
+        if (TestFlags(*q, kVisited)) DrawPad(p, l, *q, colour);
+    }
+  }
+  ClearNetMarks(b);
+}
+
 // The reference pad and what the mouse points at: the hooks of picking.
 void DrawOverlays(Painter& p) {
   p.step = DrawStep::Overlays;
@@ -241,11 +261,11 @@ void DrawOverlays(Painter& p) {
   const Settings& s = p.s;
   if (b.RefPad && IsCircuitLayer(b.RefLayer)) DrawPad(p, b.RefLayer, *b.RefPad, s.BoardRefPad);
   const int layer = b.ActiveLayer;
-  // What a pending command would act on shows in the selection colour, else in the highlight.
-  const uint32_t hover = b.PendingCommand ? s.BoardSelect : s.BoardHilight;
   if (IsCircuitLayer(layer)) {
-    if (b.HoverPad) DrawPad(p, layer, *b.HoverPad, hover);
-    if (b.HoverTrack) DrawTrack(p, layer, *b.HoverTrack, hover);
+    // A pad pointed at with no command pending shows its whole net first.
+    if (b.HoverPad && b.PendingCommand == 0) DrawNet(p, layer, *b.HoverPad);
+    if (b.HoverPad) DrawPad(p, layer, *b.HoverPad, s.BoardSelect);
+    if (b.HoverTrack) DrawTrack(p, layer, *b.HoverTrack, s.BoardSelect);
   }
   if (b.HoverContour) p.Path(*b.HoverContour, s.BoardSelect, 2);
   if (const TXY* a = b.HoverContourSegment; a && a->next)

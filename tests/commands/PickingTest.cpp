@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "commands/Commands.h"
+#include "commands/DisplayList.h"
 #include "commands/MouseInput.h"
 #include "commands/PopupMenu.h"
 #include "core/board/BoardOps.h"
@@ -84,6 +85,21 @@ TEST(Picking, EachPendingCommandPicksItsItemWithTheFirstAmongEquals) {
                       : w.b.HoverCentreHole == 1  ? "hole1"
                                                   : "";
     EXPECT_EQ(got, c.want) << "pending " << c.pending << " at " << c.x << ", " << c.y;
+  }
+  // A pad pointed at with nothing pending shows its net, the track it stands on with it; with a
+  // command pending only the pad itself.
+  for (const int pending : {0, cmd::DisablePad}) {
+    World n;
+    n.b.PendingCommand = pending;
+    n.app.settings.BoardConnect1 = 0x123456;  // apart from the selection's colour
+    n.Move(30, 20);
+    ASSERT_EQ(n.b.HoverPad, n.onTrack);
+    DisplayList list;
+    BuildDisplayList(n.app, kRepaintFull, false, list);
+    int net = 0;
+    for (const DrawItem& item : list.items) net += item.colour == n.app.settings.BoardConnect1;
+    EXPECT_EQ(net > 0, pending == 0) << pending;
+    EXPECT_EQ(n.track->flags & kVisited, 0) << "the net's marks are cleared again";
   }
   // Equal distances: the first in the list.
   World w;
