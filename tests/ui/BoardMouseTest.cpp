@@ -11,6 +11,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTimer>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
@@ -99,6 +100,12 @@ struct World {
     Mouse(QEvent::MouseMove, to, Qt::NoButton, Qt::LeftButton);
     Mouse(QEvent::MouseButtonRelease, to, Qt::LeftButton, Qt::NoButton);
   }
+  // With ISOLITH_SHOTS set to a folder, the window as it stands is kept there as NAME.png
+  // (scripts/screenshots.sh runs this test under Xvfb for the pictures of the main states).
+  void Shot(const char* name) {
+    if (const char* folder = std::getenv("ISOLITH_SHOTS"))
+      window->grab().save(QString::fromUtf8(folder) + "/" + name + ".png");
+  }
   // Right-clicks and returns the rows of the menu that opened (closing it unchosen).
   QStringList Popup(QPoint at) {
     Move(at);
@@ -109,6 +116,8 @@ struct World {
       if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
         for (QAction* a : menu->actions())
           if (!a->isSeparator()) rows << a->text();
+        if (const char* folder = std::getenv("ISOLITH_SHOTS"))
+          menu->grab().save(QString::fromUtf8(folder) + "/popup.png");
         menu->close();
         poll.stop();
       }
@@ -132,9 +141,12 @@ TEST(BoardMouse, TheExampleBoardIsWorkedWithTheMouse) {
   ASSERT_NE(b.Contours[0], nullptr);
   w.Settle();
 
+  w.Shot("working-view");
   // Final rendering on and off: nothing is picked while it shows.
   const TPad* pad = b.Pads[0];
   RunCommand(*w.app, cmd::FinalRendering);
+  w.Settle();
+  w.Shot("final-rendering");
   w.Move(w.At(pad->x, pad->y));
   EXPECT_TRUE(w.view->HintText().isEmpty());
   RunCommand(*w.app, cmd::FinalRendering);
@@ -145,6 +157,7 @@ TEST(BoardMouse, TheExampleBoardIsWorkedWithTheMouse) {
   EXPECT_EQ(b.HoverPad, pad);
   EXPECT_TRUE(w.view->HintText().startsWith("Pad  ")) << w.view->HintText().toStdString();
   EXPECT_TRUE(w.view->HintText().contains("Position  X"));
+  w.Shot("hint");
 
   // The context menu of a track, away from its pads.
   const TTrack* track = nullptr;
