@@ -84,6 +84,7 @@ void LeftPressed(Application& app, MouseState& m, int px, int py, bool ctrl) {
   if (IsRectangleCommand(pending)) {
     if (inside) {
       m.DragActive = 1;
+      b.Dragging = true;
     } else {
       Refuse(app);
     }
@@ -105,8 +106,11 @@ void LeftPressed(Application& app, MouseState& m, int px, int py, bool ctrl) {
 void LeftReleased(Application& app, MouseState& m, int px, int py, bool ctrl) {
   Board& b = app.board;
   m.LeftDown = m.RightDown = false;
-  if (m.DragActive != 1) return;
+  // A key or the right button may have cancelled the rectangle meanwhile.
+  const bool dragging = m.DragActive == 1 && b.Dragging;
   m.DragActive = 0;
+  b.Dragging = false;
+  if (!dragging) return;
   m.DragEndX = px, m.DragEndY = py;
   const int pending = b.PendingCommand;
   const float x1 = static_cast<float>(CardX(app, m.DragStartX));
@@ -138,8 +142,9 @@ bool RightPressed(Application& app, MouseState& m, int px, int py) {
   Board& b = app.board;
   if (b.Busy) return false;
   m.LastClickX = px, m.LastClickY = py;
-  if (m.DragActive == 1) {
+  if (m.DragActive == 1 && b.Dragging) {
     m.DragActive = 0;
+    b.Dragging = false;
     ResetHover(app);
     RequestRepaint(app);
     return false;
@@ -172,17 +177,9 @@ void DoubleClicked(Application& app, MouseState&, int px, int py, bool left) {
   RequestRepaint(app, RepaintLevel::Full);
 }
 
-bool KeyDuringDrag(Application& app, MouseState& m) {
-  if (m.DragActive != 1) return false;
-  m.DragActive = 0;
-  ResetHover(app);
-  RequestRepaint(app);
-  return true;
-}
-
 bool RubberRectangle(const Application& app, const MouseState& m, PixelRect& rect,
                      uint32_t& colour) {
-  if (m.DragActive != 1) return false;
+  if (m.DragActive != 1 || !app.board.Dragging) return false;
   rect = {std::min(m.DragStartX, m.DragEndX), std::min(m.DragStartY, m.DragEndY),
           std::max(m.DragStartX, m.DragEndX), std::max(m.DragStartY, m.DragEndY)};
   const Settings& s = app.settings;

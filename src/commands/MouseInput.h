@@ -44,8 +44,8 @@ bool RightPressed(Application& app, MouseState& m, int px, int py);
 // whole card.
 void DoubleClicked(Application& app, MouseState& m, int px, int py, bool left);
 
-// Any key while a rectangle is drawn cancels it (ResetHover and a repaint); true when it did.
-bool KeyDuringDrag(Application& app, MouseState& m);
+// A rectangle is drawn while `DragActive` is 1 and the board's `Dragging` is set: any key clears
+// the latter (the window's key handler), and the rectangle is then dropped.
 
 // The rubber rectangle to draw, with its colour (0x00BBGGRR, as the command's own colour shows
 // on the card); false when none is drawn.

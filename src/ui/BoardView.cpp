@@ -209,17 +209,9 @@ void BoardView::mouseDoubleClickEvent(QMouseEvent* event) {
   update();
 }
 
-void BoardView::keyPressEvent(QKeyEvent* event) {
-  if (KeyDuringDrag(app_, mouse_)) {
-    update();
-    return;
-  }
-  if (event->key() == Qt::Key_Menu) {
-    const QPoint at(mouse_.LastClickX, mouse_.LastClickY);
-    if (RightPressed(app_, mouse_, at.x(), at.y())) ShowPopup(mapToGlobal(at));
-    return;
-  }
-  QWidget::keyPressEvent(event);
+void BoardView::ContextMenuAtLastClick() {
+  const QPoint at(mouse_.LastClickX, mouse_.LastClickY);
+  if (RightPressed(app_, mouse_, at.x(), at.y())) ShowPopup(mapToGlobal(at));
 }
 
 void BoardView::ShowPopup(QPoint globalAt) {

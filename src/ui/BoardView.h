@@ -36,6 +36,8 @@ class BoardView : public QWidget {
   const DisplayList& Shown() const { return list_; }
   // The text of the hint box of the hover item; empty when none is shown.
   QString HintText() const;
+  // The context menu key: the menu of the hover items at the last click's place.
+  void ContextMenuAtLastClick();
   // The mouse and rectangle state, for the tests.
   const MouseState& Mouse() const { return mouse_; }
 
@@ -52,7 +54,6 @@ class BoardView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
-  void keyPressEvent(QKeyEvent* event) override;
   void leaveEvent(QEvent* event) override;
 
  private:

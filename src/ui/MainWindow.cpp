@@ -384,6 +384,8 @@ bool MainWindow::KeyPressed(QKeyEvent* event) {
     return true;
   }
   if (b.Dragging) {
+    // Any key ends a rubber rectangle, and nothing else.
+    b.Dragging = false;
     ResetHover(app_);
     RequestRepaint(app_);
     return true;
@@ -411,6 +413,10 @@ bool MainWindow::KeyPressed(QKeyEvent* event) {
   if (key == Qt::Key_O && mods == Qt::ControlModifier) command = cmd::NewCircuit;
   if (command != 0) {
     Dispatch(command);
+    return true;
+  }
+  if (key == Qt::Key_Menu) {
+    view_->ContextMenuAtLastClick();
     return true;
   }
   if (KeyIsTaken(key)) return true;
