@@ -207,6 +207,29 @@ TEST(BoardMouse, TheExampleBoardIsWorkedWithTheMouse) {
   EXPECT_TRUE(IsSet(b.CentreHole1X));
   EscapeKey(*w.app);
 
+  // Editing by the mouse, one of each kind: a pad's own dialog by a click (the pick then stays
+  // for the next pad), a thermal pad from the context menu's row, a contour deleted by a click.
+  RunCommand(*w.app, cmd::ModifySinglePad);
+  w.Click(w.At(second->x, second->y));
+  EXPECT_EQ(b.PendingCommand, cmd::ModifySinglePad);
+  EscapeKey(*w.app);
+  w.Move(w.At(second->x, second->y));
+  ASSERT_EQ(b.HoverPad, second);
+  RunCommand(*w.app, 12607);  // "Transform to thermal pad"
+  EXPECT_TRUE(second->flags & kPadThermal);
+  if (!b.Contours[0]) {
+    ASSERT_TRUE(RunCommand(*w.app, cmd::CalculateContours));
+  }
+  size_t contours = 0;
+  for (const TPolygon* p = b.Contours[0]; p; p = p->next) ++contours;
+  const TXY* a = b.Contours[0]->first;
+  RunCommand(*w.app, cmd::DeleteSelectedContours);
+  w.Click(w.At((a->x + a->next->x) / 2, (a->y + a->next->y) / 2));
+  size_t left = 0;
+  for (const TPolygon* p = b.Contours[0]; p; p = p->next) ++left;
+  EXPECT_EQ(left, contours - 1);
+  EscapeKey(*w.app);
+
   // The card contour defined by a click on the board's outline.
   if (b.Cutouts) RunCommand(*w.app, cmd::DeleteCardContour);
   ASSERT_EQ(b.Cutouts, nullptr);
