@@ -264,10 +264,17 @@ void DrawOverlays(Painter& p) {
   if (IsCircuitLayer(layer)) {
     // A pad pointed at with no command pending shows its whole net first.
     if (b.HoverPad && b.PendingCommand == 0) DrawNet(p, layer, *b.HoverPad);
+    if (b.HighlightPadCode >= 0)
+      for (const TPad* q = b.Pads[layer]; q; q = q->next)
+        if (q->code == b.HighlightPadCode) DrawPad(p, layer, *q, s.BoardSelect);
+    if (b.HighlightTrackCode >= 0)
+      for (const TTrack* t = b.Tracks[layer]; t; t = t->next)
+        if (t->code == b.HighlightTrackCode) DrawTrack(p, layer, *t, s.BoardSelect);
     if (b.HoverPad) DrawPad(p, layer, *b.HoverPad, s.BoardSelect);
     if (b.HoverTrack) DrawTrack(p, layer, *b.HoverTrack, s.BoardSelect);
   }
   if (b.HoverContour) p.Path(*b.HoverContour, s.BoardSelect, 2);
+  if (b.HighlightPath) p.Path(*b.HighlightPath, s.BoardSelect, 3);
   if (const TXY* a = b.HoverContourSegment; a && a->next)
     p.Line(s.BoardSelect, 3, p.X(a->x), p.Y(a->y), p.X(a->next->x), p.Y(a->next->y));
   if (const TXY* a = b.HoverContourVertex; a && b.PendingCommand != cmd::AddContourSegmentsSecond)

@@ -3,6 +3,7 @@
 #include "commands/EditCommands.h"
 
 #include <algorithm>
+#include <type_traits>
 
 #include "commands/CommandHandlers.h"
 #include "core/board/BoardOps.h"
@@ -89,8 +90,12 @@ void EditOneItem(Application& app, Item* item, int pickId, bool stay) {
   FreeContours(b, false);
   RequestRepaint(app);
   Form form(b, *item, app.DecimalSeparator);
+  // A pad's dialog shows the pads of its code highlighted behind it.
+  if constexpr (std::is_same_v<Item, TPad>) b.HighlightPadCode = item->code;
+  RequestRepaint(app);
   const bool ok = app.platform.RunDialog(form);
   if (!ok) form.Cancel();
+  b.HighlightPadCode = -1;
   ResetHover(app);
   RequestRepaint(app);
   if (ok && stay) b.PendingCommand = pickId;
@@ -208,9 +213,19 @@ void ForgetContourHover(Board& b) {
   b.HoverContourVertex = nullptr;
 }
 
+// A path shown highlighted for a moment, the rest of the program alive meanwhile.
+void ShowPathAMoment(Application& app, const TPolygon* path) {
+  app.board.HighlightPath = path;
+  RequestRepaint(app);
+  app.platform.PumpMessages(kShowJoinMs);
+  app.board.HighlightPath = nullptr;
+}
+
 // The join after each edit: with a pause for the joined path to be seen.
 void JoinAfterEdit(Application& app, TPolygon*& list) {
-  if (JoinContourEnds(list, ContourJoinTolerance(app))) app.platform.PumpMessages(kShowJoinMs);
+  const TPolygon* grown = nullptr;
+  if (JoinContourEnds(list, ContourJoinTolerance(app), [&grown](TPolygon& p) { grown = &p; }))
+    ShowPathAMoment(app, grown);
 }
 
 // The second click of "Add selected contour segments".
@@ -239,10 +254,17 @@ void SecondPoint(Application& app, TPolygon*& list, float x, float y, float pixe
     AddFreeSegment(list, session.freeX, session.freeY, x, y);
   }
   RequestRepaint(app);
-  // Joined or not, the result stays in sight for a moment: the joined path, or the one just
-  // extended.
-  JoinContourEnds(list, ContourJoinTolerance(app));
-  app.platform.PumpMessages(kShowJoinMs);
+  // Joined or not, the result stays in sight for a moment: the joined path, or the one that
+  // ends where the segment ended.
+  const TPolygon* shown = nullptr;
+  JoinContourEnds(list, ContourJoinTolerance(app), [&shown](TPolygon& p) { shown = &p; });
+  for (const TPolygon* p = list; p && !shown; p = p->next) {
+    const TXY* last = p->first;
+    while (last && last->next) last = last->next;
+    if (p->first && ((p->first->x == x && p->first->y == y) || (last->x == x && last->y == y)))
+      shown = p;
+  }
+  ShowPathAMoment(app, shown);
   RequestRepaint(app);
 }
 
@@ -263,6 +285,7 @@ void ModifyPadsCommand(Application& app, bool onHoverPad) {
   } else {
     form.Cancel();
   }
+  b.HighlightPadCode = -1;
   ResetHover(app);
   RequestRepaint(app);
 }

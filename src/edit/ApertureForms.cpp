@@ -70,6 +70,7 @@ bool TDialogChgPads::SizeYEnabled() const {
 
 void TDialogChgPads::ShowCurrent() {
   const int c = codes.current;
+  board_.HighlightPadCode = c;  // the board behind the dialog shows the pads of the code
   if (board_.PadSizeY[layer_][c] == 0) board_.PadSizeY[layer_][c] = board_.PadSizeX[layer_][c];
   shape = board_.PadShape[layer_][c];
   sizeX = SizeText(board_.PadSizeX[layer_][c], separator_);

@@ -51,11 +51,23 @@ bool ToggleEngraving(Board& board, int code, int first, int last) {
   return true;
 }
 
+// The question about the items of one code, asked while they show highlighted.
+bool AskAbout(Board& board, Platform& platform, int padCode, int trackCode, const char* title,
+              const char* question) {
+  board.HighlightPadCode = padCode;
+  board.HighlightTrackCode = trackCode;
+  platform.Repaint(RepaintLevel::View);
+  const bool yes = platform.Ask(title, question, false, Answer::Yes) == Answer::Yes;
+  board.HighlightPadCode = board.HighlightTrackCode = -1;
+  platform.Repaint(RepaintLevel::View);
+  return yes;
+}
+
 bool DeleteIdenticalPads(Board& board, Platform& platform) {
   if (!board.HoverPad) return false;
   const int code = board.HoverPad->code;
   if (!AnyWithCode(board.Pads, code)) return false;
-  if (platform.Ask("Pads", "Delete these pads?", false, Answer::Yes) != Answer::Yes) return false;
+  if (!AskAbout(board, platform, code, -1, "Pads", "Delete these pads?")) return false;
   return RemoveWithCode(board, board.Pads, code);
 }
 
@@ -63,8 +75,7 @@ bool DeleteIdenticalTracks(Board& board, Platform& platform) {
   if (!board.HoverTrack) return false;
   const int code = board.HoverTrack->code;
   if (!AnyWithCode(board.Tracks, code)) return false;
-  if (platform.Ask("Tracks", "Delete these tracks?", false, Answer::Yes) != Answer::Yes)
-    return false;
+  if (!AskAbout(board, platform, -1, code, "Tracks", "Delete these tracks?")) return false;
   return RemoveWithCode(board, board.Tracks, code);
 }
 
@@ -86,7 +97,7 @@ bool MakeThermal(Board& board) {
 bool EngraveIdenticalTracks(Board& board, Platform& platform) {
   if (!board.HoverTrack) return false;
   const int code = board.HoverTrack->code;
-  if (platform.Ask("Tracks", "Engrave these tracks at centre?", false, Answer::Yes) != Answer::Yes)
+  if (!AskAbout(board, platform, -1, code, "Tracks", "Engrave these tracks at centre?"))
     return false;
   if (!ToggleEngraving(board, code, 0, kCircuitLayers - 1)) return false;
   FreeContours(board, true);

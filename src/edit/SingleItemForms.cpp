@@ -76,6 +76,7 @@ void TDialogChgOnePad::LookUpPadCode() {
     b.PadSizeY[layer_][found] = y;
   }
   pad_.code = static_cast<uint8_t>(found);
+  board_.HighlightPadCode = found;  // the pads that now share the code show with it
 }
 
 void TDialogChgOnePad::ShapeChosen(int newShape) {

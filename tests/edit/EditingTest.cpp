@@ -198,6 +198,20 @@ TEST(IdenticalItems, DeleteRotateThermalEngrave) {
   EXPECT_EQ(w.b.Pads[0]->flags, kPadThermal);
   EXPECT_EQ(w.ContourLayers(), 3);  // the active layer's only
 
+  // The pads in question show highlighted while it is asked, and no longer after.
+  struct Watching : test::FakePlatform {
+    Board* board = nullptr;
+    int seen = -2;
+    Answer Ask(std::string_view t, std::string_view q, bool c, Answer p) override {
+      seen = board->HighlightPadCode;
+      return FakePlatform::Ask(t, q, c, p);
+    }
+  } watching;
+  watching.board = &w.b;
+  watching.answers = {Answer::No};
+  EXPECT_FALSE(DeleteIdenticalPads(w.b, watching));
+  EXPECT_EQ(watching.seen, 10);
+  EXPECT_EQ(w.b.HighlightPadCode, -1);
   fake.answers = {Answer::No, Answer::Yes};
   EXPECT_FALSE(DeleteIdenticalPads(w.b, fake));
   EXPECT_TRUE(DeleteIdenticalPads(w.b, fake));

@@ -72,7 +72,13 @@ struct Board {
   TXY* HoverContourSegment = nullptr;
   TXY* HoverContourVertex = nullptr;
   TCutout* HoverCutout = nullptr;
-  int HoverCentreHole = 0;  // 0 none, 1 lower left, 3 lower right, 7 upper left, 9 upper right
+  int HoverCentreHole = 0;
+  // Shown in the selection colour while a question or dialog is about them: the pads and the
+  // tracks of one code on the active layer (-1: none), and one contour path.
+  int HighlightPadCode = -1;
+  int HighlightTrackCode = -1;
+  const TPolygon* HighlightPath =
+      nullptr;  // 0 none, 1 lower left, 3 lower right, 7 upper left, 9 upper right
 
   TPad* RefPad = nullptr;
   int RefLayer = 0;
