@@ -94,20 +94,10 @@ void WriteTools(JobWriter& job, OutputContext& context, int layer) {
   }
 }
 
-void CentreSpots(JobWriter& job, const Board& b, const Settings& s) {
-  if (!IsSet(b.CentreHole1X)) return;
-  const auto spot = [&](float x, float y) {
+void JobCentreSpots(JobWriter& job, const Board& b, const Settings& s) {
+  for (const auto& [x, y] : CentreSpots(b)) {
     job.Path(s.BoringSpeed, s.PlottingTool, kJobPlunge);
     job.Point(x, y, s.PlottingDepth);
-  };
-  const float x1 = b.CentreHole1X, y1 = b.CentreHole1Y;
-  spot(x1, y1);
-  if (!IsSet(b.CentreHole2X)) return;
-  const float x2 = b.CentreHole2X, y2 = b.CentreHole2Y;
-  spot(x2, y2);
-  if (std::fabs(double(x1) - x2) >= 0.001 && std::fabs(double(y1) - y2) >= 0.001) {
-    spot(x2, y1);
-    spot(x1, y2);
   }
 }
 
@@ -141,7 +131,7 @@ void Hole(JobWriter& job, OutputContext& context, const TDrill& d, int tool, flo
 
 void Drills(JobWriter& job, OutputContext& context, bool optim, float arcStep) {
   Board& b = context.board;
-  CentreSpots(job, b, context.settings);
+  JobCentreSpots(job, b, context.settings);
   ClearDoneMarks(b.Drills);
   for (int tool = 0; tool < kToolSlots; ++tool) {
     // Each tool starts from the list's first hole, then goes on from the last point written.

@@ -18,6 +18,44 @@ namespace {
 
 constexpr double kFar = std::numeric_limits<double>::infinity();
 
+// One hole: bored when it is wider than the tool by more than 0.01 and boring is on.
+void DrillHole(PenMachine& pen, OutputContext& context, TDrill& drill, int tool) {
+  const Settings& settings = context.settings;
+  SelectTool(pen, tool, tool);
+  SetToolSpeeds(pen, settings.BoringSpeed);
+  SetFlags(drill, kVisited);
+  const double diameter = context.board.DrillDiameter[drill.code];
+  float r = static_cast<float>((diameter - ToolAt(context.tools, tool).Diameter) * 0.5);
+  if (r <= 0.01f || !settings.BoringDrills || !(diameter > settings.BoringThreshold - 0.1))
+    r = 0.01f;
+  RapidTo(pen, drill.x, drill.y, settings.DrillingDepth);
+  CircleAt(pen, r);
+}
+
+void FeedFrom(PenMachine& pen, const TXY* from) {
+  for (; from; from = from->next) FeedTo(pen, from->x, from->y);
+}
+
+// One contour: a closed one (ends within `closedWidth`) entered at `entry`, round to the end,
+// then from the second vertex back to the entry; an open one from its first vertex.
+void MillContour(PenMachine& pen, const TPolygon& contour, const TXY* entry, double closedWidth,
+                 float depth) {
+  const TXY* first = contour.first;
+  const TXY* last = LastPoint(contour);
+  if (std::sqrt(Distance2(first->x, first->y, last->x, last->y)) > closedWidth) {
+    RapidTo(pen, first->x, first->y, depth);
+    FeedFrom(pen, first->next);
+    return;
+  }
+  RapidTo(pen, entry->x, entry->y, depth);
+  FeedFrom(pen, entry->next);
+  if (entry == first) return;
+  for (const TXY* v = first->next; v; v = v->next) {
+    FeedTo(pen, v->x, v->y);
+    if (v == entry) break;
+  }
+}
+
 // Holes tool by tool; within a tool, by distance from the list's first drill, which stays the
 // reference for every tool.
 void WalkDrillsByScan(PenMachine& pen, OutputContext& context, bool drillOptim) {
@@ -47,21 +85,9 @@ void WalkDrillsByScan(PenMachine& pen, OutputContext& context, bool drillOptim) 
       }
       if (!anyLeft) return;
       if (!taken) break;
-      SelectTool(pen, tool, tool);
-      SetToolSpeeds(pen, settings.BoringSpeed);
-      SetFlags(*taken, kVisited);
-      const double diameter = board.DrillDiameter[taken->code];
-      float r = static_cast<float>((diameter - ToolAt(context.tools, tool).Diameter) * 0.5);
-      if (r <= 0.01f || !settings.BoringDrills || !(diameter > settings.BoringThreshold - 0.1))
-        r = 0.01f;
-      RapidTo(pen, taken->x, taken->y, settings.DrillingDepth);
-      CircleAt(pen, r);
+      DrillHole(pen, context, *taken, tool);
     }
   }
-}
-
-void FeedFrom(PenMachine& pen, const TXY* from) {
-  for (; from; from = from->next) FeedTo(pen, from->x, from->y);
 }
 
 void WalkHatchesByScan(PenMachine& pen, OutputContext& context, int layer, bool optim) {
@@ -138,24 +164,7 @@ void WalkContoursByScan(PenMachine& pen, OutputContext& context, int layer, bool
     }
     if (!taken) break;
     SetFlags(*taken, kVisited);
-    const TXY* first = taken->first;
-    const TXY* last = LastPoint(*taken);
-    const double gap = std::sqrt(Distance2(first->x, first->y, last->x, last->y));
-    if (gap <= closedWidth) {
-      // Closed: enter at the chosen vertex, go round to the end, then from the second vertex
-      // back to the entry.
-      RapidTo(pen, entry->x, entry->y, settings.MillingDepth);
-      FeedFrom(pen, entry->next);
-      if (entry != first) {
-        for (const TXY* v = first->next; v; v = v->next) {
-          FeedTo(pen, v->x, v->y);
-          if (v == entry) break;
-        }
-      }
-    } else {
-      RapidTo(pen, first->x, first->y, settings.MillingDepth);
-      FeedFrom(pen, first->next);
-    }
+    MillContour(pen, *taken, entry, closedWidth, settings.MillingDepth);
   }
 }
 
@@ -188,16 +197,7 @@ void WalkDrills(PenMachine& pen, OutputContext& context, bool drillOptim) {
   for (int tool = 0; tool < kToolSlots; ++tool) {
     std::sort(byTool[tool].begin(), byTool[tool].end());
     for (const Ranked& r : byTool[tool]) {
-      TDrill* taken = drills[r.order];
-      SelectTool(pen, tool, tool);
-      SetToolSpeeds(pen, settings.BoringSpeed);
-      SetFlags(*taken, kVisited);
-      const double diameter = board.DrillDiameter[taken->code];
-      float radius = static_cast<float>((diameter - ToolAt(context.tools, tool).Diameter) * 0.5);
-      if (radius <= 0.01f || !settings.BoringDrills || !(diameter > settings.BoringThreshold - 0.1))
-        radius = 0.01f;
-      RapidTo(pen, taken->x, taken->y, settings.DrillingDepth);
-      CircleAt(pen, radius);
+      DrillHole(pen, context, *drills[r.order], tool);
     }
   }
 }
@@ -272,24 +272,8 @@ void WalkContours(PenMachine& pen, OutputContext& context, int layer, bool optim
   std::stable_sort(order.begin(), order.end());
   for (const Ranked& r : order) {
     TPolygon* taken = contours[r.order];
-    const TXY* entry = entries[r.order];
     SetFlags(*taken, kVisited);
-    const TXY* first = taken->first;
-    const TXY* last = LastPoint(*taken);
-    const double gap = std::sqrt(Distance2(first->x, first->y, last->x, last->y));
-    if (gap <= closedWidth) {
-      RapidTo(pen, entry->x, entry->y, settings.MillingDepth);
-      FeedFrom(pen, entry->next);
-      if (entry != first) {
-        for (const TXY* v = first->next; v; v = v->next) {
-          FeedTo(pen, v->x, v->y);
-          if (v == entry) break;
-        }
-      }
-    } else {
-      RapidTo(pen, first->x, first->y, settings.MillingDepth);
-      FeedFrom(pen, first->next);
-    }
+    MillContour(pen, *taken, entries[r.order], closedWidth, settings.MillingDepth);
   }
 }
 
