@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace isolith {
 
@@ -425,19 +426,55 @@ void ShiftLists(Board& b, float dx, float dy, bool all, bool withOrigin) {
   }
 }
 
+// The pairs (p, q) of `a` x `b` that are the same point (SamePoint), counted by a sweep along x
+// with the points of `b` in the window counted by their y rank: n log n however the points lie.
+int CountSamePoints(std::vector<std::pair<double, double>> a,
+                    std::vector<std::pair<double, double>> b) {
+  std::sort(a.begin(), a.end());
+  std::sort(b.begin(), b.end());
+  std::vector<double> ys(b.size());
+  for (size_t i = 0; i < b.size(); ++i) ys[i] = b[i].second;
+  std::sort(ys.begin(), ys.end());
+  // The y rank of each point of b (equal values share the first rank).
+  std::vector<int> rank(b.size());
+  for (size_t i = 0; i < b.size(); ++i)
+    rank[i] = static_cast<int>(std::lower_bound(ys.begin(), ys.end(), b[i].second) - ys.begin());
+  std::vector<int> tree(ys.size() + 1, 0);  // counts by y rank, a Fenwick tree
+  const auto add = [&tree](int r, int v) {
+    for (++r; r < static_cast<int>(tree.size()); r += r & -r) tree[r] += v;
+  };
+  const auto below = [&tree](int r) {  // points of rank < r
+    int sum = 0;
+    for (; r > 0; r -= r & -r) sum += tree[r];
+    return sum;
+  };
+  const auto near = [](double u, double v) { return std::fabs(u - v) < 0.001; };
+  size_t lo = 0, hi = 0;
+  int count = 0;
+  for (const auto& [px, py] : a) {
+    while (hi < b.size() && (b[hi].first < px || near(px, b[hi].first))) add(rank[hi++], 1);
+    while (lo < hi && !near(px, b[lo].first) && b[lo].first < px) add(rank[lo++], -1);
+    // Ranks whose y is within the tolerance of py form one run of the sorted ys.
+    const auto first = std::partition_point(ys.begin(), ys.end(),
+                                            [&](double y) { return y < py && !near(py, y); });
+    const auto last = std::partition_point(first, ys.end(), [&](double y) { return near(py, y); });
+    count +=
+        below(static_cast<int>(last - ys.begin())) - below(static_cast<int>(first - ys.begin()));
+  }
+  return count;
+}
+
 int PadOverlap(const Board& b, int layer) {
   if (layer <= 0 || layer >= kCutoutLayer || !b.Pads[0]) return 0;
-  int n0 = CountOf(b.Pads[0]);
-  int n1 = 0, c = 0;
+  std::vector<std::pair<double, double>> base, other;
+  for (const TPad* p = b.Pads[0]; p; p = p->next) base.emplace_back(p->x, p->y);
   if (layer == kDrillLayer) {
-    n1 = CountOf(b.Drills);
-    for (const TPad* p = b.Pads[0]; p; p = p->next)
-      for (const TDrill* d = b.Drills; d; d = d->next) c += SamePoint(p->x, p->y, d->x, d->y);
+    for (const TDrill* d = b.Drills; d; d = d->next) other.emplace_back(d->x, d->y);
   } else {
-    n1 = CountOf(b.Pads[layer]);
-    for (const TPad* p = b.Pads[0]; p; p = p->next)
-      for (const TPad* q = b.Pads[layer]; q; q = q->next) c += SamePoint(p->x, p->y, q->x, q->y);
+    for (const TPad* q = b.Pads[layer]; q; q = q->next) other.emplace_back(q->x, q->y);
   }
+  const int n0 = static_cast<int>(base.size()), n1 = static_cast<int>(other.size());
+  const int c = CountSamePoints(std::move(base), std::move(other));
   int m = std::min(n0, n1);
   if (c > m) m = std::max(n0, n1);
   return m == 0 ? 0 : c * 100 / m;

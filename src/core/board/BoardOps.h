@@ -1,6 +1,9 @@
 // The operations of the board model. They work on the one model handed to them.
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "core/board/Board.h"
 
 namespace isolith {
@@ -58,6 +61,9 @@ void ShiftLists(Board& b, float dx, float dy, bool all, bool withOrigin);
 
 // Percentage of coincidence of a layer's pads (or the drills for layer 4) with those of layer 0.
 int PadOverlap(const Board& b, int layer);
+// The pairs of `a` x `b` that are the same point (SamePoint); PadOverlap's count.
+int CountSamePoints(std::vector<std::pair<double, double>> a,
+                    std::vector<std::pair<double, double>> b);
 // Moves a layer onto layer 0; 1 for all but layers 0 and 5.
 int AlignLayer(Board& b, int layer);
 // Removes gaps among the circuit layers.

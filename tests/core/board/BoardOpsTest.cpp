@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "core/board/BoardOps.h"
 
 namespace isolith {
@@ -172,6 +174,22 @@ TEST(BoardModel, PadOverlapCountsCoincidentPairs) {
   AddPad(c, 2, 0, 0);
   AddPad(c, 2, 0, 0);
   EXPECT_EQ(PadOverlap(c, 2), 200);  // 6 pairs over 3
+
+  // The sweep counts the pairs the plain double loop counts: random points on a coarse grid
+  // (repeats), spaced by about the tolerance (near misses and near hits), and spread wide.
+  std::mt19937 random(5);
+  for (int round = 0; round < 40; ++round) {
+    std::vector<std::pair<double, double>> a, q;
+    const double step = round % 3 == 0 ? 0.0009 : round % 3 == 1 ? 0.001 : 0.25;
+    for (auto* list : {&a, &q})
+      for (int i = 0, n = 1 + static_cast<int>(random() % 60); i < n; ++i)
+        list->emplace_back(static_cast<float>(step * (random() % 7)),
+                           static_cast<float>(step * (random() % 7)));
+    int plain = 0;
+    for (const auto& [ax, ay] : a)
+      for (const auto& [qx, qy] : q) plain += SamePoint(ax, ay, qx, qy);
+    EXPECT_EQ(CountSamePoints(a, q), plain) << "round " << round;
+  }
 }
 
 TEST(BoardModel, AlignLayerByPadsDrillsAndTracks) {
