@@ -59,6 +59,9 @@ class Application {
   bool AutoMill = false;
   bool FirstShow = true;  // until the first show of the window has run the start-up chain
 
+  // The product variant the build chose; a test may play the other.
+  int ProductVariant = kBuildProductVariant;
+
   // The "Excellon import" choices, kept from one drill load to the next.
   ExcellonChoices excellonChoices;
 

@@ -5,6 +5,7 @@
 // cannot be, the dialog then showing what memory holds); the dialog; on OK the file written, on
 // Cancel read again. Their messages stand under the program's name.
 #include "commands/CommandHandlers.h"
+#include "commands/MachiningModule.h"
 #include "params/MachineForms.h"
 #include "params/SettingsFile.h"
 
@@ -18,6 +19,9 @@ constexpr const char* kCannotWrite =
     "Unable to write machine parameter file.\nParameters may be reinitialised.";
 constexpr const char* kUnderExternalDriver =
     "The machining process is under control of an external driver.";
+constexpr const char* kModuleRunning =
+    "The machining module is currently running as\na background task. No parameter changes\nwill "
+    "take effect unless the machining module\nwindow is first closed.";
 
 // The file lives beside the settings, in a folder the person may write to.
 std::string MachineFolder(const Application& app) {
@@ -32,6 +36,9 @@ bool ReadMachineFile(Application& app) {
 
 void EditMachine(Application& app, MachinePages pages) {
   ReadMachineFile(app);
+  // The module reads the file when it starts: a change now reaches it only after a restart.
+  if (pages != MachinePages::ExternalDriver && MachiningModuleRunning(app))
+    app.platform.ShowMessage("CNC", kModuleRunning, MessageIcon::Warning);
   TDialogMachine form(app.machine, pages);
   if (app.platform.RunDialog(form)) {
     if (!WriteMachine(MachineFolder(app), kMachineBaseName, app.machine))

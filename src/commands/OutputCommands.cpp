@@ -8,7 +8,9 @@
 #include <vector>
 
 #include "commands/CommandHandlers.h"
+#include "commands/MachiningModule.h"
 #include "edit/Transforms.h"
+#include "output/DrillProcessForm.h"
 #include "output/ExportCommands.h"
 #include "output/OutputFormatForm.h"
 #include "output/driver/JobFile.h"
@@ -66,8 +68,8 @@ class ConfirmingPlatform : public Platform {
   int64_t Now() override { return p_.Now(); }
   char DecimalSeparator() override { return p_.DecimalSeparator(); }
   bool StartProcess(const std::string& program, const std::vector<std::string>& args,
-                    const std::string& workingFolder) override {
-    return p_.StartProcess(program, args, workingFolder);
+                    const std::string& workingFolder, int64_t* pid) override {
+    return p_.StartProcess(program, args, workingFolder, pid);
   }
 
   // Why the last dialog refused, for a caller that has no screen to show it.
@@ -76,13 +78,6 @@ class ConfirmingPlatform : public Platform {
  private:
   Platform& p_;
 };
-
-// Where the program keeps the files it makes for the user: the configuration folder, which is
-// the program folder whenever that is writable. The user's header and footer files belong there
-// too, since an installed program's own folder is not the user's to write in.
-std::string OwnFilesFolder(const Application& app) {
-  return app.ConfigFolder.empty() ? app.ProgramFolder : app.ConfigFolder;
-}
 
 // Words of a command line: blanks separate them, double quotes hold a word with blanks together.
 std::vector<std::string> CommandWords(const std::string& line) {
@@ -152,6 +147,7 @@ OutputContext MakeContext(Application& app, Platform& platform) {
   OutputContext context(app.board, app.settings, app.tools, app.drillList, platform,
                         app.exportChoices);
   context.programFolder = OwnFilesFolder(app);
+  context.productVariant = app.ProductVariant;
   // The user's format as it stands now: the words keep their own copy for the command.
   app.userFormatWords =
       std::make_unique<PostProcessorWords>(app.postProcessor, app.settings.SpeedUnit);
@@ -250,6 +246,17 @@ void RunMill(Application& app, Platform& platform, bool simulate) {
     return;
   }
 
+  if (app.ProductVariant == kSuiteModuleVariant) {
+    // The job file for the suite's machining module, after the person chose where it goes.
+    TDialogDrillProcess process(s);
+    if (platform.RunDialog(process))
+      RunJob(app, simulate ? kModuleSimulate : kModuleMill,
+             OwnFilesFolder(app) + kProgramName + ".tvn");
+    ResetHover(app);
+    RequestRepaint(app);
+    return;
+  }
+
   std::string target = MillTarget(app);
   if (s.MachineOutput == 0) RunOutputDataFormat(app, platform);
   if (s.MachineOutput != 0) {
@@ -328,6 +335,10 @@ std::span<const CommandHandler> OutputCommandHandlers() {
 
 OutputContext MakeOutputContext(Application& app) {
   return MakeContext(app, app.platform);
+}
+
+std::string OwnFilesFolder(const Application& app) {
+  return app.ConfigFolder.empty() ? app.ProgramFolder : app.ConfigFolder;
 }
 
 std::string MillTarget(const Application& app) {

@@ -19,6 +19,11 @@ namespace isolith {
 // command.
 OutputContext MakeOutputContext(Application& app);
 
+// Where the program keeps the files it makes for the user: the configuration folder, which is
+// the program folder whenever that is writable. The user's header and footer files belong there
+// too, since an installed program's own folder is not the user's to write in.
+std::string OwnFilesFolder(const Application& app);
+
 // The file the Mill command writes when no other is named: "Isolith.out" in the folder of the
 // program's own files.
 std::string MillTarget(const Application& app);

@@ -240,11 +240,15 @@ char QtPlatform::DecimalSeparator() {
 }
 
 bool QtPlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
-                              const std::string& workingFolder) {
+                              const std::string& workingFolder, int64_t* pid) {
   QStringList arguments;
   for (const std::string& arg : args) arguments << QString::fromStdString(arg);
-  return QProcess::startDetached(QString::fromStdString(program), arguments,
-                                 QString::fromStdString(workingFolder));
+  qint64 started = 0;
+  if (!QProcess::startDetached(QString::fromStdString(program), arguments,
+                               QString::fromStdString(workingFolder), &started))
+    return false;
+  if (pid) *pid = started;
+  return true;
 }
 
 }  // namespace isolith

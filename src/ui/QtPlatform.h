@@ -68,7 +68,7 @@ class QtPlatform : public Platform {
   int64_t Now() override;
   char DecimalSeparator() override;
   bool StartProcess(const std::string& program, const std::vector<std::string>& args,
-                    const std::string& workingFolder) override;
+                    const std::string& workingFolder, int64_t* pid) override;
 
   // The status text last set, kept for a window attached later.
   const QString& StatusText() const { return status_; }

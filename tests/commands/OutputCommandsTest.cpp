@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/wait.h>
 
+#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <ctime>
@@ -16,7 +18,10 @@
 
 #include "TestBoards.h"
 #include "commands/Commands.h"
+#include "commands/MachiningModule.h"
 #include "commands/Startup.h"
+#include "core/platform/ConsolePlatform.h"
+#include "output/DrillProcessForm.h"
 #include "output/ExportDialogs.h"
 #include "output/OutputFormatForm.h"
 #include "output/formats/FileTypes.h"
@@ -189,8 +194,8 @@ TEST(OutputCommands, MillAsksForTheOutputFirstThenWritesSectionsOrTheLayerAndRun
 // A platform on which no program starts.
 class NoProcesses : public test::FakePlatform {
  public:
-  bool StartProcess(const std::string&, const std::vector<std::string>&,
-                    const std::string&) override {
+  bool StartProcess(const std::string&, const std::vector<std::string>&, const std::string&,
+                    int64_t*) override {
     return false;
   }
 };
@@ -320,6 +325,109 @@ TEST(OutputCommands, MillJobCutsTheCardAndRefusesWithAReason) {
   EXPECT_TRUE(Contains(reason, "nothing to write")) << reason;
   EXPECT_TRUE(empty.fake.messages.empty());
   EXPECT_FALSE(fs::exists(empty.config.path() + "x.iso"));
+}
+
+TEST(OutputCommands, TheSuiteModuleVariantWritesTheJobAndStartsTheModuleOrTheSuite) {
+  EXPECT_EQ(ModuleCommandLine("/p/", kModuleMill),
+            (std::vector<std::string>{"/p/Drevon", "TAMSYFILE", "MILL3", "NOCUTPASS"}));
+  EXPECT_EQ(ModuleCommandLine("/p/", kModuleManual),
+            (std::vector<std::string>{"/p/Drevon", "TAMSYFILE", "MILL3", "NOCUTPASS"}));
+  EXPECT_EQ(ModuleCommandLine("/p/", kModuleIoTest), std::vector<std::string>{"IOTESTM"});
+
+  // By command, chosen process and the dialog's answer: the process line that starts, if any.
+  struct Case {
+    int command;
+    int runChain;
+    bool confirmed;
+    std::vector<std::string> started;  // after the program folder's prefix on the first word
+  } cases[] = {
+      {cmd::Mill, 0, true, {"Drevon", "TAMSYFILE", "MILL3", "NOCUTPASS"}},
+      {cmd::Simulate, 1, true, {"Drevon", "TAMSYFILE", "SIMULM", "NOCUTPASS"}},
+      {cmd::Mill, 1, true, {"Torvane", "TAMSYFILE", "<job>"}},
+      {cmd::Mill, 0, false, {}},
+  };
+  for (const Case& c : cases) {
+    World w;
+    w.app.ProductVariant = kSuiteModuleVariant;
+    w.app.settings.MachineOutput = 0;  // never asked for in this variant
+    w.fake.dialogs["TDialogDrillProcess"] = [&c](DialogForm& form) {
+      static_cast<TDialogDrillProcess&>(form).process = c.runChain;
+      return c.confirmed;
+    };
+    RunCommand(w.app, c.command);
+    const std::string job = w.config.path() + "Isolith.tvn";
+    SCOPED_TRACE(c.started.empty() ? "cancelled" : c.started[2]);
+    EXPECT_EQ(w.fake.dialogsRun, std::vector<std::string>{"TDialogDrillProcess"});
+    EXPECT_EQ(fs::exists(job), c.confirmed);
+    if (!c.confirmed) {
+      EXPECT_TRUE(w.fake.processes.empty());
+      continue;
+    }
+    std::vector<std::string> expected = c.started;
+    expected[0] = w.program.path() + expected[0];
+    if (expected.back() == "<job>") expected.back() = job;
+    ASSERT_EQ(w.fake.processes.size(), 1u);
+    EXPECT_EQ(w.fake.processes[0], expected);
+    EXPECT_EQ(w.fake.workingFolders[0], w.program.path());
+    // Simulate stores the module's chain; the job names the product and holds the contour.
+    const int stored = c.command == cmd::Simulate ? 0 : c.runChain;
+    EXPECT_TRUE(Contains(w.Ini(), "\r\nRunChain=" + std::to_string(stored) + "\r\n"));
+    EXPECT_EQ(ReadAll(job).substr(0, 15), "Torvane 3 Isoli");
+    EXPECT_TRUE(w.fake.messages.empty());
+  }
+}
+
+// The module as a real process: a script named "Drevon" that waits in the program folder.
+class RealProcesses : public test::FakePlatform {
+ public:
+  bool StartProcess(const std::string& program, const std::vector<std::string>& args,
+                    const std::string& folder, int64_t* pid) override {
+    FakePlatform::StartProcess(program, args, folder, nullptr);
+    return console.StartProcess(program, args, folder, pid);
+  }
+  ConsolePlatform console;
+};
+
+TEST(OutputCommands, ARunningModuleIsKnownByItsPidFileAndOnlyRaisedAgain) {
+  TempFolder program, config;
+  RealProcesses fake;
+  Application app(fake, program.path(), config.path());
+  InitSettings(app);
+  {
+    std::ofstream script(program.path() + "Drevon");
+    script << "#!/bin/sh\nexec sleep 60\n";
+  }
+  fs::permissions(program.path() + "Drevon", fs::perms::owner_all);
+  EXPECT_FALSE(MachiningModuleRunning(app));
+
+  LaunchMachiningModule(app, kModuleMill);
+  ASSERT_TRUE(MachiningModuleRunning(app));
+  LaunchMachiningModule(app, kModuleSimulate);  // raised, not started twice
+  EXPECT_EQ(fake.processes.size(), 1u);
+  EXPECT_EQ(fake.statusTexts.back(), "The machining module Drevon is running.");
+
+  // The parameter dialogs warn that the running module will not see their changes.
+  fake.dialogs["TDialogMachine"] = [](DialogForm&) { return false; };
+  RunCommand(app, cmd::MachineBasicData);
+  EXPECT_TRUE(std::any_of(fake.messages.begin(), fake.messages.end(),
+                          [](const auto& m) { return m.title == "CNC"; }));
+
+  std::ifstream pidFile(config.path() + "Drevon.pid");
+  long long pid = 0, start = 0;
+  pidFile >> pid >> start;
+  ::kill(static_cast<pid_t>(pid), SIGKILL);
+  ::waitpid(static_cast<pid_t>(pid), nullptr, 0);
+  EXPECT_FALSE(MachiningModuleRunning(app));
+
+  // A live process under the recorded id that started at another time is not the module; a
+  // module that cannot start says so.
+  std::ofstream(config.path() + "Drevon.pid") << ::getpid() << " 1\n";
+  EXPECT_FALSE(MachiningModuleRunning(app));
+  fs::remove(program.path() + "Drevon");
+  fake.messages.clear();
+  LaunchMachiningModule(app, kModuleMill);
+  ASSERT_EQ(fake.messages.size(), 1u);
+  EXPECT_EQ(fake.messages[0].text, "Unable to start the machining process.");
 }
 
 TEST(OutputCommands, OutputDataFormatListsTheFormatsWithTheUsersOwnAndEditsIt) {

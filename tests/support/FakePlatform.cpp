@@ -37,11 +37,12 @@ bool FakePlatform::RunDialog(DialogForm& form) {
 }
 
 bool FakePlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
-                                const std::string& workingFolder) {
+                                const std::string& workingFolder, int64_t* pid) {
   std::vector<std::string> line{program};
   line.insert(line.end(), args.begin(), args.end());
   processes.push_back(line);
   workingFolders.push_back(workingFolder);
+  if (pid) *pid = 0;  // no process stands behind the record
   return true;
 }
 

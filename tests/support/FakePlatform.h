@@ -73,7 +73,7 @@ class FakePlatform : public Platform {
   int64_t Now() override { return now; }
   char DecimalSeparator() override { return decimalSeparator; }
   bool StartProcess(const std::string& program, const std::vector<std::string>& args,
-                    const std::string& workingFolder) override;
+                    const std::string& workingFolder, int64_t* pid) override;
 
   // The text of the last message, empty when none.
   std::string LastMessage() const { return messages.empty() ? "" : messages.back().text; }

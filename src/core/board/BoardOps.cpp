@@ -451,7 +451,8 @@ int CountSamePoints(std::vector<std::pair<double, double>> a,
   const auto near = [](double u, double v) { return std::fabs(u - v) < 0.001; };
   size_t lo = 0, hi = 0;
   int count = 0;
-  for (const auto& [px, py] : a) {
+  for (const auto& point : a) {
+    const double px = point.first, py = point.second;  // plain names: lambdas below capture py
     while (hi < b.size() && (b[hi].first < px || near(px, b[hi].first))) add(rank[hi++], 1);
     while (lo < hi && !near(px, b[lo].first) && b[lo].first < px) add(rank[lo++], -1);
     // Ranks whose y is within the tolerance of py form one run of the sorted ys.

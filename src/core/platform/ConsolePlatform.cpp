@@ -44,7 +44,7 @@ int64_t ConsolePlatform::Now() {
 }
 
 bool ConsolePlatform::StartProcess(const std::string& program, const std::vector<std::string>& args,
-                                   const std::string& workingFolder) {
+                                   const std::string& workingFolder, int64_t* started) {
   std::vector<char*> argv;
   argv.push_back(const_cast<char*>(program.c_str()));
   for (const std::string& a : args) argv.push_back(const_cast<char*>(a.c_str()));
@@ -53,10 +53,11 @@ bool ConsolePlatform::StartProcess(const std::string& program, const std::vector
   posix_spawn_file_actions_init(&actions);
   if (!workingFolder.empty()) posix_spawn_file_actions_addchdir_np(&actions, workingFolder.c_str());
   pid_t pid = 0;
-  const bool started =
+  const bool spawned =
       posix_spawnp(&pid, program.c_str(), &actions, nullptr, argv.data(), environ) == 0;
   posix_spawn_file_actions_destroy(&actions);
-  return started;
+  if (spawned && started) *started = pid;
+  return spawned;
 }
 
 }  // namespace isolith

@@ -30,7 +30,7 @@ class ConsolePlatform : public Platform {
   int64_t Now() override;
   char DecimalSeparator() override { return '.'; }
   bool StartProcess(const std::string& program, const std::vector<std::string>& args,
-                    const std::string& workingFolder) override;
+                    const std::string& workingFolder, int64_t* pid) override;
 
  private:
   std::FILE* out_;

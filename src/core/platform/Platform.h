@@ -97,9 +97,10 @@ class Platform {
   // The decimal separator of the person's locale (dialogs only; files always use ".").
   virtual char DecimalSeparator() = 0;
   // Starts a program with its arguments in `workingFolder` (the program's own when empty); it
-  // runs beside this one. False when it could not be started.
+  // runs beside this one. False when it could not be started; else `pid`, when given, receives
+  // the process id.
   virtual bool StartProcess(const std::string& program, const std::vector<std::string>& args,
-                            const std::string& workingFolder) = 0;
+                            const std::string& workingFolder, int64_t* pid = nullptr) = 0;
 };
 
 // A phase of a long calculation: its text in the status line and a turn for the message loop.

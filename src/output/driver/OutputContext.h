@@ -15,8 +15,14 @@
 
 namespace isolith {
 
-// The product variant of this program: the stand-alone one.
+// The product variants: the stand-alone program, and the module of the suite that hands its
+// jobs to the suite's machining module. The build chooses one (ISOLITH_PRODUCT_VARIANT).
 inline constexpr int kStandAloneVariant = 1;
+inline constexpr int kSuiteModuleVariant = 0;
+#ifndef ISOLITH_PRODUCT_VARIANT
+#define ISOLITH_PRODUCT_VARIANT 1
+#endif
+inline constexpr int kBuildProductVariant = ISOLITH_PRODUCT_VARIANT;
 
 // Choices of the "Export" and "File export" dialogs that are not settings: they keep their state
 // for the program's run.

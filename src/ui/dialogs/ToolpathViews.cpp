@@ -2,6 +2,7 @@
 #include "ui/dialogs/TDialogContourView.h"
 #include "ui/dialogs/TDialogCopOutputView.h"
 #include "ui/dialogs/TDialogCutView.h"
+#include "ui/dialogs/TDialogDrillProcessView.h"
 #include "ui/dialogs/TDialogDrillListView.h"
 #include "ui/dialogs/TDialogExpMillView.h"
 #include "ui/dialogs/TDialogExportView.h"
@@ -23,6 +24,7 @@ void RegisterToolpathViews(QtPlatform& platform) {
   platform.RegisterView("TDialogMillLayers", TDialogMillLayersView);
   platform.RegisterView("TDialogPostPro", TDialogPostProView);
   platform.RegisterView("TDialogCopOutput", TDialogCopOutputView);
+  platform.RegisterView("TDialogDrillProcess", TDialogDrillProcessView);
 }
 
 }  // namespace isolith
