@@ -6,6 +6,7 @@
 // Cancel read again. Their messages stand under the program's name.
 #include "commands/CommandHandlers.h"
 #include "commands/MachiningModule.h"
+#include "output/transfer/DetectMachine.h"
 #include "params/MachineForms.h"
 #include "params/SettingsFile.h"
 
@@ -19,6 +20,8 @@ constexpr const char* kCannotWrite =
     "Unable to write machine parameter file.\nParameters may be reinitialised.";
 constexpr const char* kUnderExternalDriver =
     "The machining process is under control of an external driver.";
+constexpr const char* kAutoDetect = "Auto-detect";
+constexpr const char* kPlugIn = "Please plug the machine on the computer and switch it on.";
 constexpr const char* kModuleRunning =
     "The machining module is currently running as\na background task. No parameter changes\nwill "
     "take effect unless the machining module\nwindow is first closed.";
@@ -34,12 +37,29 @@ bool ReadMachineFile(Application& app) {
   return false;
 }
 
+// "Auto-detect" of the dialog: the machine named in the dialog looked for on the serial ports;
+// the port found (or the only one there is) goes into the controller's port field.
+void AutoDetect(Application& app, TDialogMachine& form, Platform& platform) {
+  if (platform.Ask(kAutoDetect, kPlugIn, false, Answer::Yes) != Answer::Yes) return;
+  MachineParameters named = app.machine;
+  if (const TDialogMachine::Field* id = form.FindField("MachineId")) named.Set(id->key, id->value);
+  platform.SetBusyCursor(true);
+  const Detection found = DetectMachine(named.machineNumber, app.transfer->SerialDevices());
+  platform.SetBusyCursor(false);
+  platform.ShowMessage(kAutoDetect, DetectionText(found), MessageIcon::Information);
+  TDialogMachine::Field* port = form.FindField("ComPort");
+  if (port && (found.result == kOnePort || found.result == kMachineFound))
+    port->value = "COM" + std::to_string(found.port);
+}
+
 void EditMachine(Application& app, MachinePages pages) {
   ReadMachineFile(app);
   // The module reads the file when it starts: a change now reaches it only after a restart.
   if (pages != MachinePages::ExternalDriver && MachiningModuleRunning(app))
     app.platform.ShowMessage("CNC", kModuleRunning, MessageIcon::Warning);
   TDialogMachine form(app.machine, pages);
+  if (form.FindField("ComPort"))
+    form.autoDetect = [&app, &form](Platform& platform) { AutoDetect(app, form, platform); };
   if (app.platform.RunDialog(form)) {
     if (!WriteMachine(MachineFolder(app), kMachineBaseName, app.machine))
       app.platform.ShowMessage(kProgramName, kCannotWrite, MessageIcon::Error);

@@ -223,8 +223,8 @@ bool WriteJob(Application& app, Platform& platform, const std::string& path) {
 void RunOutputDataFormat(Application& app, Platform& platform) {
   TDialogCopOutput form(
       app.settings, app.postProcessor, app.ConfigFolder, OwnFilesFolder(app) + kProgramName,
-      [&app] { SaveSettings(app); }, app.DecimalSeparator,
-      ShippedPostProcessors(app.ProgramFolder));
+      [&app] { SaveSettings(app); }, app.DecimalSeparator, ShippedPostProcessors(app.ProgramFolder),
+      app.transfer->Printers());
   if (platform.RunDialog(form)) SaveSettings(app);
 }
 

@@ -1,11 +1,14 @@
 #include "output/OutputFormatForm.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <utility>
 
+#include "output/PortParametersForm.h"
 #include "output/formats/FileTypes.h"
 #include "output/postprocessor/PostProcessorForm.h"
+#include "output/transfer/PortNames.h"
 #include "params/FieldChecks.h"
 #include "params/ToolForms.h"
 
@@ -35,12 +38,21 @@ std::string WithExtension(const std::string& path, const std::string& extension)
 TDialogCopOutput::TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
                                    const std::string& proposedName,
                                    std::function<void()> saveSettings, char separator,
-                                   std::vector<TShippedPostProcessor> shipped)
+                                   std::vector<TShippedPostProcessor> shipped,
+                                   std::vector<std::string> printers_)
     : format(settings.MachineFormat),
       sections(settings.MachineSetSeq),
       arcs(settings.MachineArcs),
       file(settings.MachineFile),
       run(settings.MachineRun),
+      output(settings.MachineOutput >= kMachineOutputFile &&
+                     settings.MachineOutput <= kMachineOutputPort
+                 ? settings.MachineOutput
+                 : kMachineOutputFile),
+      printers(std::move(printers_)),
+      printer(settings.MachinePrn),
+      port(settings.MachinePort),
+      lineEnd(settings.MachineEol < 4 ? settings.MachineEol : 1),
       settings_(settings),
       pp_(pp),
       folder_(std::move(folder)),
@@ -59,6 +71,26 @@ TDialogCopOutput::TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::
   if (file.empty() && settings.MachineOutput == 0)
     file = proposedName + "." + FormatExtension(format);
   if (run.empty()) run = kProposedRun;
+  if (printer.empty()) {
+    const auto roland = std::find_if(printers.begin(), printers.end(), [](const std::string& name) {
+      std::string upper = name;
+      for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+      return upper.find("ROLAND") != std::string::npos;
+    });
+    if (roland != printers.end())
+      printer = *roland;
+    else if (!printers.empty())
+      printer = printers.front();
+  }
+  for (int n = 1; n <= kLptPorts; ++n) ports.push_back("LPT" + std::to_string(n));
+  for (int n = 1; n <= kComPorts; ++n) ports.push_back("COM" + std::to_string(n));
+}
+
+bool TDialogCopOutput::EditPortParameters(Platform& platform) {
+  TDialogRS232 form(settings_);
+  if (!platform.RunDialog(form)) return false;
+  port = settings_.MachinePort;
+  return true;
 }
 
 void TDialogCopOutput::BuildFormatList() {
@@ -196,6 +228,12 @@ bool TDialogCopOutput::Accept(Platform& platform) {
     return false;
   }
 
+  if (output == kMachineOutputPort && (port.empty() || port.size() > kMachinePortLength)) {
+    platform.ShowMessage("Error", kPortTooLong, MessageIcon::Error);
+    focus = kPort;
+    return false;
+  }
+
   if (!shippedChoice.empty()) {
     if (!sections) {
       platform.ShowMessage("Error", kShippedNeedsSections, MessageIcon::Error);
@@ -215,9 +253,16 @@ bool TDialogCopOutput::Accept(Platform& platform) {
   const double mmPerMin =
       std::clamp(std::round(SpeedFromUnit(speed, s.SpeedUnit)), kMinClearSpeed, kMaxClearSpeed);
   s.ExportClearSpeed = static_cast<uint16_t>(mmPerMin);
-  s.MachineOutput = kMachineOutputFile;
-  s.MachineFile = file;
-  s.MachineRun = run;
+  s.MachineOutput = output;
+  if (output == kMachineOutputFile) {
+    s.MachineFile = file;
+    s.MachineRun = run;
+  } else if (output == kMachineOutputPrinter) {
+    s.MachinePrn = printer;
+  } else {
+    s.MachinePort = port;
+    s.MachineEol = static_cast<uint8_t>(lineEnd);
+  }
   return true;
 }
 

@@ -2,9 +2,8 @@
 // sections of "Final output" or the active layer, the machine scales, the clearance of the tool,
 // and the file it creates with the program run after it. The user's own format is edited from
 // here ("Post-processor format").
-//
-// Printing to a printer queue and sending to a port are not offered by this program yet: the
-// only output is "Create file".
+// Where the finished file goes: kept (and a program run over it), printed raw on a printer
+// queue, or sent to a port with the parameters of "RS-232 settings".
 #pragma once
 
 #include <functional>
@@ -50,6 +49,7 @@ class TDialogCopOutput : public DialogForm {
 
   enum Field {
     kNoField,
+    kPort,
     kScaleXY,
     kScaleZ,
     kScaleVxy,
@@ -65,9 +65,12 @@ class TDialogCopOutput : public DialogForm {
   // writes the settings file after "Post-processor format" changed the remembered extension
   // (may be empty). `separator` is the locale's decimal mark. `shipped` are the post-processors
   // that come with the program, listed after the user's own.
+  // `printers` is the printer list (the system's default first): the choice is `MachinePrn`,
+  // else the first whose name holds "ROLAND", else the default.
   TDialogCopOutput(Settings& settings, TPostProcessor& pp, std::string folder,
                    const std::string& proposedName, std::function<void()> saveSettings,
-                   char separator, std::vector<TShippedPostProcessor> shipped = {});
+                   char separator, std::vector<TShippedPostProcessor> shipped = {},
+                   std::vector<std::string> printers = {});
 
   std::string_view FormName() const override { return "TDialogCopOutput"; }
 
@@ -83,6 +86,21 @@ class TDialogCopOutput : public DialogForm {
   std::string file;        // "Create file"
   std::string run;         // "then execute"
   Field focus = kNoField;
+
+  // Where the file goes, the radio buttons "Create file", "Call printer driver" and "Send
+  // directly to the machine" (kMachineOutputFile ..).
+  int output = kMachineOutputFile;
+  std::vector<std::string> printers;  // the printer list, the system's default first
+  std::string printer;                // the printer chosen
+  std::vector<std::string> ports;     // "LPT1".."LPT3", then "COM1".."COM32"
+  std::string port;                   // the port chosen, or a device path typed
+  int lineEnd = 1;                    // "Line end": kLineEnds
+  static constexpr std::string_view kLineEnds[4] = {"None", "CR", "LF", "CR/LF"};
+  static constexpr std::string_view kOutputTexts[3] = {"Create file", "Call printer driver",
+                                                       "Send directly to the machine"};
+  static constexpr std::string_view kPortTooLong =
+      "A port is named by at most 10 characters (\"COM1\", \"LPT2\" or a device path such as "
+      "\"/dev/ttyS0\").";
 
   // Reads "Isolith.ppf" (what memory holds stays when it cannot be read) and builds the list:
   // each format's title, the user's own as "Post-processor" and its title in double quotes,
@@ -105,8 +123,15 @@ class TDialogCopOutput : public DialogForm {
   // given its extension. True when confirmed.
   bool EditPostProcessor(Platform& platform);
 
-  // Checks the scales (-1000 to 1000), the clearance height and margin (-10 to 1000 mm) and the
-  // rapid speed, then stores everything; `MachineOutput` becomes "Create file". A shipped
+  // "Parameters...": "RS-232 settings" over the port parameters; its OK stores them with the port
+  // it names, which becomes the choice here. True when confirmed.
+  bool EditPortParameters(Platform& platform);
+
+  // Checks the scales (-1000 to 1000), the clearance height and margin (-10 to 1000 mm), the
+  // rapid speed and, for the port, its name (10 characters at most), then stores everything:
+  // `MachineOutput` by the radio buttons, the file and command only for "Create file", the
+  // printer only for "Call printer driver", the port and line end only for "Send directly to the
+  // machine". A shipped
   // post-processor needs the sections, and is copied into "Isolith.ppf" (after asking, when
   // the user's own file stands there) to become the user's format.
   bool Accept(Platform& platform) override;

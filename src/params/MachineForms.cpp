@@ -32,6 +32,12 @@ TDialogMachine::TDialogMachine(MachineParameters& machine, MachinePages pages) :
       fields.push_back({keys[i].section, keys[i].name, keys[i].type, machine.Values()[i]});
 }
 
+TDialogMachine::Field* TDialogMachine::FindField(std::string_view key) {
+  for (Field& f : fields)
+    if (f.key == key) return &f;
+  return nullptr;
+}
+
 bool TDialogMachine::Accept(Platform&) {
   // The machine first: naming it resets the spindle, whose fields then take their own values.
   const auto isMachine = [](const Field& f) { return f.key == "MachineId"; };

@@ -3,7 +3,9 @@
 // every section but the external driver's ("Mill parameters"); "External driver..." that one.
 #pragma once
 
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/platform/Platform.h"
@@ -31,6 +33,14 @@ class TDialogMachine : public DialogForm {
     std::string value;  // as the file writes it
   };
   std::vector<Field> fields;  // section by section, in the file's order
+
+  // The field of `key`, or null when the dialog does not show it.
+  Field* FindField(std::string_view key);
+
+  // "Auto-detect": looks for the machine on the serial ports and puts the port found into the
+  // controller's "ComPort" field. Offered when set (the command sets it for the pages that show
+  // the controller).
+  std::function<void(Platform&)> autoDetect;
 
   // Takes every field as the file's reader would (numbers clamped, unreadable ones at their
   // initial value), so that no value can be refused.

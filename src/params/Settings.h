@@ -102,6 +102,9 @@ inline std::array<TImportFormat, kImportRows> DefaultImportFormats() {
   return rows;
 }
 
+// The longest port name the settings file keeps.
+inline constexpr std::size_t kMachinePortLength = 10;
+
 struct Settings {
   // [System] Written for information; only SysNumColors is read back. The host facts are
   // filled by `FillHostFacts` at start-up.
@@ -233,7 +236,7 @@ struct Settings {
   std::string MachinePrn;            // at most 100 characters
   std::string MachineRun;            // at most 255 characters
   std::string MachineFile;           // at most 255 characters
-  std::string MachinePort = "LPT1";  // at most 10 characters
+  std::string MachinePort = "LPT1";  // at most kMachinePortLength characters
   uint32_t MachineBaudrate = 9600;
   uint8_t MachineParity = 0;
   uint8_t MachineWordLength = 8;

@@ -480,7 +480,7 @@ std::vector<SettingsSection> BuildTable() {
         TextKey("MachinePrn", FIELD(MachinePrn), 100),
         TextKey("MachineRun", FIELD(MachineRun), 255),
         TextKey("MachineFile", FIELD(MachineFile), 255),
-        TextKey("MachinePort", FIELD(MachinePort), 10),
+        TextKey("MachinePort", FIELD(MachinePort), kMachinePortLength),
         UnsignedKey("MachineBaudrate", FIELD(MachineBaudrate), 110, 9600, 256000, "9600"),
         IntKey("MachineParity", FIELD(MachineParity), 0, 0, 2, "0"),
         IntKey("MachineWordLength", FIELD(MachineWordLength), 8, 7, 8, "8"),

@@ -1,13 +1,16 @@
 // The "&Machine" menu: the machine parameter file read, edited and written, with its warnings.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
 
 #include "commands/Application.h"
 #include "commands/CommandTable.h"
 #include "commands/Commands.h"
 #include "params/MachineForms.h"
 #include "support/FakePlatform.h"
+#include "support/FakeTransfer.h"
 #include "support/TempFolder.h"
 
 namespace isolith {
@@ -77,6 +80,47 @@ TEST(MachineCommands, TheFileIsReadEditedAndWrittenWithTheDriversWarnings) {
   RunCommand(app, cmd::ExternalDriver);
   EXPECT_EQ(fake.LastMessage(),
             "Unable to write machine parameter file.\nParameters may be reinitialised.");
+}
+
+TEST(MachineCommands, AutoDetectPutsThePortFoundIntoTheControllersField) {
+  TempFolder folder;
+  test::FakePlatform fake;
+  Application app(fake, folder.path(), folder.path());
+  InitSettings(app);
+  auto transfer = std::make_unique<test::FakeTransfer>();
+  test::FakeTransfer& ports = *transfer;
+  app.transfer = std::move(transfer);
+
+  // By the answer to "plug in" and the serial devices there are: the message and the port field.
+  struct Case {
+    Answer plugged;
+    std::vector<std::string> devices;
+    std::string message, port;
+  } cases[] = {
+      {Answer::No, {"/dev/ttyUSB0"}, "", "COM7"},
+      {Answer::Yes, {}, "No communication ports are available on this PC.", "COM7"},
+      {Answer::Yes, {"/dev/ttyUSB0"}, "Only COM1 port is available on this PC.", "COM1"},
+  };
+  for (const Case& c : cases) {
+    ports.devices = c.devices;
+    fake.answers = {c.plugged};
+    fake.messages.clear();
+    std::string port;
+    fake.dialogs["TDialogMachine"] = [&](DialogForm& form) {
+      auto& f = static_cast<TDialogMachine&>(form);
+      f.FindField("ComPort")->value = "COM7";
+      EXPECT_TRUE(f.autoDetect);
+      f.autoDetect(fake);
+      port = f.FindField("ComPort")->value;
+      return false;
+    };
+    RunCommand(app, cmd::MachineBasicData);
+    EXPECT_EQ(port, c.port);
+    const bool shown = std::any_of(fake.messages.begin(), fake.messages.end(), [&](const auto& m) {
+      return m.title == "Auto-detect" && m.text == c.message;
+    });
+    EXPECT_EQ(shown, !c.message.empty()) << c.message;
+  }
 }
 
 }  // namespace

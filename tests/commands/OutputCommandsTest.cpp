@@ -13,6 +13,7 @@
 #include <ctime>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 
@@ -24,10 +25,12 @@
 #include "output/DrillProcessForm.h"
 #include "output/ExportDialogs.h"
 #include "output/OutputFormatForm.h"
+#include "output/PortParametersForm.h"
 #include "output/formats/FileTypes.h"
 #include "output/postprocessor/PostProcessorForm.h"
 #include "params/ToolForms.h"
 #include "support/FakePlatform.h"
+#include "support/FakeTransfer.h"
 #include "support/TempFolder.h"
 #include "toolpath/TDialogManuPlot.h"
 #include "toolpath/geometry/Polylines.h"
@@ -498,6 +501,68 @@ TEST(OutputCommands, OutputDataFormatListsTheFormatsWithTheUsersOwnAndEditsIt) {
   EXPECT_EQ(userFile, w.config.path() + "Isolith.tap");
   EXPECT_TRUE(Contains(ReadAll(w.config.path() + "Isolith.ppf"), "\r\nTitle=Renamed\r\n"));
   EXPECT_TRUE(Contains(w.Ini(), "\r\nPprExtension=tap\r\n"));
+}
+
+TEST(OutputCommands, OutputDataFormatSendsTheFileToAFileAPrinterOrAPort) {
+  World w;
+  auto transfer = std::make_unique<test::FakeTransfer>();
+  transfer->printers = {"office", "Roland-EGX"};
+  w.app.transfer = std::move(transfer);
+  // The printer proposed is a Roland when none is chosen; the ports are listed LPT first.
+  w.fake.dialogs["TDialogCopOutput"] = [](DialogForm& form) {
+    auto& f = static_cast<TDialogCopOutput&>(form);
+    EXPECT_EQ(f.printer, "Roland-EGX");
+    EXPECT_EQ(f.ports.size(), 35u);
+    EXPECT_EQ(f.ports.front() + f.ports[3] + f.ports.back(), "LPT1COM1COM32");
+    f.output = kMachineOutputPrinter;
+    f.printer = "office";
+    f.file = "/elsewhere.iso";  // kept only for "Create file"
+    return true;
+  };
+  RunCommand(w.app, cmd::OutputDataFormat);
+  const Settings& s = w.app.settings;
+  EXPECT_EQ(s.MachineOutput, kMachineOutputPrinter);
+  EXPECT_EQ(s.MachinePrn, "office");
+  EXPECT_EQ(s.MachineFile, "");
+
+  // A port name the settings cannot keep is refused; "Parameters..." names a COM port with its
+  // parameters, and the port and line end are kept.
+  std::string port;
+  w.fake.dialogs["TDialogRS232"] = [](DialogForm& form) {
+    auto& f = static_cast<TDialogRS232&>(form);
+    EXPECT_EQ(f.baudRow, 6);  // 9600
+    f.com = 5;
+    f.baudRow = 12;
+    f.stopBitsRow = 1;
+    f.rts = 3;
+    return true;
+  };
+  w.fake.dialogs["TDialogCopOutput"] = [&](DialogForm& form) {
+    auto& f = static_cast<TDialogCopOutput&>(form);
+    f.output = kMachineOutputPort;
+    f.port = "/dev/ttyUSB0";
+    EXPECT_FALSE(f.Accept(w.fake));
+    EXPECT_EQ(f.focus, TDialogCopOutput::kPort);
+    EXPECT_TRUE(f.EditPortParameters(w.fake));
+    port = f.port;
+    f.lineEnd = 3;
+    return true;
+  };
+  RunCommand(w.app, cmd::OutputDataFormat);
+  EXPECT_EQ(w.fake.messages.at(0).text, TDialogCopOutput::kPortTooLong);
+  EXPECT_EQ(port, "COM5");
+  EXPECT_EQ(s.MachineOutput, kMachineOutputPort);
+  EXPECT_EQ(s.MachinePrn, "office");
+  EXPECT_EQ(s.MachinePort + "/" + std::to_string(s.MachineBaudrate) + "/" +
+                std::to_string(s.MachineStopBits) + "/" + std::to_string(s.MachineRTS) + "/" +
+                std::to_string(s.MachineEol),
+            "COM5/115200/15/3/3");
+  EXPECT_TRUE(Contains(w.Ini(), "\r\nMachinePort=COM5\r\n"));
+
+  // Mill then sends the written file there.
+  RunCommand(w.app, cmd::Mill);
+  auto& sent = static_cast<test::FakeTransfer&>(*w.app.transfer).sent;
+  EXPECT_EQ(sent, std::vector<std::string>{"COM5:" + MillTarget(w.app)});
 }
 
 TEST(OutputCommands, AutomillMillsTheStartFileWithEveryDialogTakenAsItStands) {

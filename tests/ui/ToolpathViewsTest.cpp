@@ -2,6 +2,8 @@
 // the open dialog and presses OK or Cancel, and the form's result is checked.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
@@ -80,9 +82,10 @@ TEST(ToolpathViews, EveryFormOfTheGroupHasItsView) {
   test::QtTestApp();
   QtPlatform platform;
   RegisterDialogViews(platform);
-  for (const char* name : {"TDialogContour", "TDialogHatch", "TDialogCut", "TDialogTabs",
-                           "TDialogDrillList", "TDialogExport", "TDialogExpMill",
-                           "TDialogMillLayers", "TDialogPostPro", "TDialogCopOutput"})
+  for (const char* name :
+       {"TDialogContour", "TDialogHatch", "TDialogCut", "TDialogTabs", "TDialogDrillList",
+        "TDialogExport", "TDialogExpMill", "TDialogMillLayers", "TDialogPostPro",
+        "TDialogCopOutput", "TDialogRS232", "TDialogDrillProcess"})
     EXPECT_TRUE(platform.HasView(name)) << name;
 }
 
@@ -91,8 +94,20 @@ TEST(ToolpathViews, OutputDataFormatChoosesAFormatRefusesABadScaleThenWritesBack
   Settings settings;
   TPostProcessor pp;
   TDialogCopOutput form(settings, pp, "", "board", nullptr, '.',
-                        ShippedPostProcessors(std::string(ISOLITH_SOURCE_DIR) + "/data/"));
+                        ShippedPostProcessors(std::string(ISOLITH_SOURCE_DIR) + "/data/"),
+                        {"office", "plotter"});
   const bool ok = RunView(TDialogCopOutputView, form, platform, [&](QDialog& dialog) {
+    // Each output choice opens its own fields: the port and its line end here.
+    EXPECT_FALSE(Find<QComboBox>(dialog, "printer")->isEnabled());
+    EXPECT_FALSE(Find<QComboBox>(dialog, "port")->isEnabled());
+    Find<QRadioButton>(dialog, "sendToMachine")->setChecked(true);
+    EXPECT_FALSE(Find<QLineEdit>(dialog, "file")->isEnabled());
+    EXPECT_TRUE(Find<QComboBox>(dialog, "port")->isEnabled());
+    Find<QComboBox>(dialog, "port")->setCurrentText("COM3");
+    Find<QComboBox>(dialog, "lineEnd")->setCurrentIndex(2);
+    // With ISOLITH_SHOTS set to a folder, the dialog is kept there for a person to look at.
+    if (const char* folder = std::getenv("ISOLITH_SHOTS"))
+      dialog.grab().save(QString::fromUtf8(folder) + "/output-data-format.png");
     // A shipped post-processor (after the user's own) is not edited before it is taken.
     QComboBox* format = Find<QComboBox>(dialog, "format");
     format->setCurrentIndex(11);
@@ -114,6 +129,9 @@ TEST(ToolpathViews, OutputDataFormatChoosesAFormatRefusesABadScaleThenWritesBack
   EXPECT_TRUE(ok);
   EXPECT_EQ(settings.MachineFormat, 2);
   EXPECT_FLOAT_EQ(settings.MachineScaleZ, 2);
+  EXPECT_EQ(settings.MachineOutput, 3);
+  EXPECT_EQ(settings.MachinePort, "COM3");
+  EXPECT_EQ(settings.MachineEol, 2);
 }
 
 TEST(ToolpathViews, SetContoursRefusesKeepsOpenThenWritesBack) {

@@ -67,16 +67,54 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
   clearance->addWidget(clearSpeed, 2, 1);
   dialog.Body()->addLayout(clearance);
 
+  // Where the file goes: each radio button gates its own fields.
+  QRadioButton* outputs[3];
+  for (int i = 0; i < 3; ++i) {
+    static const char* names[3] = {"createFile", "callPrinter", "sendToMachine"};
+    outputs[i] = RadioButton(TDialogCopOutput::kOutputTexts[i], form->output == i + 1, names[i]);
+  }
   auto* file = new QLineEdit;
   file->setObjectName("file");
   auto* run = new QLineEdit;
   run->setObjectName("run");
-  auto* output = new QGridLayout;
-  output->addWidget(FieldLabel("Create &file", file), 0, 0);
-  output->addWidget(file, 0, 1);
-  output->addWidget(FieldLabel("then &execute", run), 1, 0);
-  output->addWidget(run, 1, 1);
-  dialog.Body()->addLayout(output);
+  auto* printer = new QComboBox;
+  printer->setObjectName("printer");
+  for (const std::string& name : form->printers) printer->addItem(ToQ(name));
+  auto* port = new QComboBox;
+  port->setObjectName("port");
+  port->setEditable(true);  // a device path may be typed
+  for (const std::string& name : form->ports) port->addItem(ToQ(name));
+  auto* parameters = new QPushButton(QStringLiteral("&Parameters..."));
+  parameters->setObjectName("portParameters");
+  auto* lineEnd = new QComboBox;
+  lineEnd->setObjectName("lineEnd");
+  for (std::string_view text : TDialogCopOutput::kLineEnds) lineEnd->addItem(ToQ(text));
+  auto* destination = new QGroupBox(QStringLiteral("Output"));
+  auto* output = new QGridLayout(destination);
+  output->addWidget(outputs[0], 0, 0, 1, 3);
+  output->addWidget(FieldLabel("File &name :", file), 1, 0);
+  output->addWidget(file, 1, 1, 1, 2);
+  output->addWidget(FieldLabel("then &execute", run), 2, 0);
+  output->addWidget(run, 2, 1, 1, 2);
+  output->addWidget(outputs[1], 3, 0, 1, 3);
+  output->addWidget(FieldLabel("Pr&inter :", printer), 4, 0);
+  output->addWidget(printer, 4, 1, 1, 2);
+  output->addWidget(outputs[2], 5, 0, 1, 3);
+  output->addWidget(FieldLabel("P&ort :", port), 6, 0);
+  output->addWidget(port, 6, 1);
+  output->addWidget(parameters, 6, 2);
+  output->addWidget(FieldLabel("&Line end :", lineEnd), 7, 0);
+  output->addWidget(lineEnd, 7, 1);
+  dialog.Body()->addWidget(destination);
+  const auto gate = [&] {
+    file->setEnabled(outputs[0]->isChecked());
+    run->setEnabled(outputs[0]->isChecked());
+    printer->setEnabled(outputs[1]->isChecked());
+    for (QWidget* w : std::initializer_list<QWidget*>{port, parameters, lineEnd})
+      w->setEnabled(outputs[2]->isChecked());
+  };
+  for (QRadioButton* radio : outputs)
+    QObject::connect(radio, &QRadioButton::toggled, &dialog, gate);
 
   // The form's values into the widgets, and back.
   auto show = [&] {
@@ -96,6 +134,11 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
     clearSpeed->setText(ToQ(form->clearSpeed));
     file->setText(ToQ(form->file));
     run->setText(ToQ(form->run));
+    outputs[form->output - 1]->setChecked(true);
+    printer->setCurrentText(ToQ(form->printer));
+    port->setCurrentText(ToQ(form->port));
+    lineEnd->setCurrentIndex(form->lineEnd);
+    gate();
   };
   auto take = [&] {
     form->sections = sections->isChecked();
@@ -109,6 +152,11 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
     form->clearSpeed = FromQ(clearSpeed->text());
     form->file = FromQ(file->text());
     form->run = FromQ(run->text());
+    for (int i = 0; i < 3; ++i)
+      if (outputs[i]->isChecked()) form->output = i + 1;
+    form->printer = FromQ(printer->currentText());
+    form->port = FromQ(port->currentText());
+    form->lineEnd = lineEnd->currentIndex();
   };
   show();
 
@@ -120,6 +168,10 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
   QObject::connect(edit, &QPushButton::clicked, &dialog, [&] {
     take();
     if (form->EditPostProcessor(platform)) show();
+  });
+  QObject::connect(parameters, &QPushButton::clicked, &dialog, [&] {
+    take();
+    if (form->EditPortParameters(platform)) show();
   });
   format->setFocus();
 
@@ -147,6 +199,9 @@ bool TDialogCopOutputView(DialogForm& base, Platform& platform, QWidget* parent)
         break;
       case TDialogCopOutput::kClearSpeed:
         FocusField(clearSpeed);
+        break;
+      case TDialogCopOutput::kPort:
+        port->setFocus();
         break;
       default:
         break;

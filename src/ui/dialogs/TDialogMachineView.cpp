@@ -4,6 +4,7 @@
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QTabWidget>
 #include <QVBoxLayout>
@@ -50,7 +51,7 @@ bool TDialogMachineView(DialogForm& base, Platform& platform, QWidget* parent) {
   }
   dialog.resize(560, 480);
 
-  dialog.acceptRule = [&] {
+  const auto take = [&] {
     for (size_t i = 0; i < widgets.size(); ++i) {
       TDialogMachine::Field& f = form->fields[i];
       if (auto* tick = qobject_cast<QCheckBox*>(widgets[i]))
@@ -58,6 +59,21 @@ bool TDialogMachineView(DialogForm& base, Platform& platform, QWidget* parent) {
       else
         f.value = FromQ(static_cast<QLineEdit*>(widgets[i])->text());
     }
+  };
+  if (form->autoDetect) {
+    QPushButton* detect = dialog.AddActionButton("&Auto-detect");
+    detect->setObjectName("autoDetect");
+    QObject::connect(detect, &QPushButton::clicked, &dialog, [&] {
+      take();
+      form->autoDetect(platform);
+      for (size_t i = 0; i < widgets.size(); ++i)
+        if (auto* field = qobject_cast<QLineEdit*>(widgets[i]))
+          field->setText(ToQ(form->fields[i].value));
+    });
+  }
+
+  dialog.acceptRule = [&] {
+    take();
     return form->Accept(platform);
   };
   return dialog.Run();

@@ -2,13 +2,14 @@
 #include "ui/dialogs/TDialogContourView.h"
 #include "ui/dialogs/TDialogCopOutputView.h"
 #include "ui/dialogs/TDialogCutView.h"
-#include "ui/dialogs/TDialogDrillProcessView.h"
 #include "ui/dialogs/TDialogDrillListView.h"
+#include "ui/dialogs/TDialogDrillProcessView.h"
 #include "ui/dialogs/TDialogExpMillView.h"
 #include "ui/dialogs/TDialogExportView.h"
 #include "ui/dialogs/TDialogHatchView.h"
 #include "ui/dialogs/TDialogMillLayersView.h"
 #include "ui/dialogs/TDialogPostProView.h"
+#include "ui/dialogs/TDialogRS232View.h"
 #include "ui/dialogs/TDialogTabsView.h"
 
 namespace isolith {
@@ -25,6 +26,7 @@ void RegisterToolpathViews(QtPlatform& platform) {
   platform.RegisterView("TDialogPostPro", TDialogPostProView);
   platform.RegisterView("TDialogCopOutput", TDialogCopOutputView);
   platform.RegisterView("TDialogDrillProcess", TDialogDrillProcessView);
+  platform.RegisterView("TDialogRS232", TDialogRS232View);
 }
 
 }  // namespace isolith
