@@ -1,5 +1,5 @@
-// The walks' sorted and indexed orderings against the plain scans they replace: on seeded random
-// jobs (paths of every length, coincident and touching ends, ties on a coarse grid, points far
+// The walks' sorted and indexed orderings (the layer and section walks, the module's job file)
+// against the plain scans they replace: on seeded random jobs (paths of every length, coincident and touching ends, ties on a coarse grid, points far
 // away, drills of several tools, one on top of another) both write the same file, byte for byte.
 #include <gtest/gtest.h>
 
@@ -7,6 +7,7 @@
 
 #include "OutputWorld.h"
 #include "output/driver/DrillTools.h"
+#include "output/driver/JobFile.h"
 #include "output/driver/LayerWalk.h"
 #include "output/driver/SectionWalk.h"
 
@@ -56,7 +57,9 @@ std::string Walk(unsigned seed, bool reference, int kind) {
   w.context.referenceOrdering = reference;
   const std::string path = w.Path("job.iso");
   const bool optim = kind % 2 == 0;
-  if (kind < 2) {
+  if (kind >= 4) {
+    EXPECT_TRUE(WriteJobFile(w.context, path, 0, kAllDrillsFirst, optim, optim, 15));
+  } else if (kind < 2) {
     EXPECT_TRUE(ExportLayerWalk(w.context, 9, path, 0, true, true, false, 0, 0, kAllDrillsFirst,
                                 optim, optim));
   } else {
@@ -73,9 +76,9 @@ std::string Walk(unsigned seed, bool reference, int kind) {
 
 TEST(WalkOrder, SortedAndIndexedWalksWriteTheFilesOfThePlainScans) {
   // Kinds: layer walk with and without the nearest starts, section walk with one drilling tool
-  // and with a tool per section.
+  // and with a tool per section, the module's job file with and without the nearest starts.
   for (unsigned seed = 1; seed <= 12; ++seed) {
-    for (int kind = 0; kind < 4; ++kind) {
+    for (int kind = 0; kind < 6; ++kind) {
       const std::string fast = Walk(seed, false, kind);
       EXPECT_GT(fast.size(), 100u);
       EXPECT_TRUE(fast == Walk(seed, true, kind)) << "seed " << seed << ", kind " << kind;

@@ -4,9 +4,11 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "output/driver/LayerWalk.h"
+#include "output/driver/NearestPoints.h"
 #include "output/driver/PathDirections.h"
 #include "output/driver/PenMachine.h"
 #include "output/driver/WalkSteps.h"
@@ -129,9 +131,39 @@ void Hole(JobWriter& job, OutputContext& context, const TDrill& d, int tool, flo
   job.Point(d.x, d.y, depth);
 }
 
-void Drills(JobWriter& job, OutputContext& context, bool optim, float arcStep) {
+// A contour entered at `entry`: a closed one (its ends within a cutting width) goes round from
+// there back to it, an open one is cut from its first vertex.
+void ContourPath(JobWriter& job, const Settings& s, const TPolygon& p, const TXY* entry,
+                 double closedWidth) {
+  const TXY* first = p.first;
+  const TXY* last = LastPoint(p);
+  const bool closed = std::sqrt(Distance2(first->x, first->y, last->x, last->y)) <= closedWidth;
+  if (!closed) entry = first;
+  job.Path(s.MillingSpeed, s.MillingTool, 0);
+  for (const TXY* v = entry; v; v = v->next) job.Point(v->x, v->y, s.MillingDepth);
+  if (closed && entry != first) {
+    for (const TXY* v = first->next; v; v = v->next) {
+      job.Point(v->x, v->y, s.MillingDepth);
+      if (v == entry) break;
+    }
+  }
+}
+
+double ClosedWidth(const OutputContext& context) {
+  const Settings& s = context.settings;
+  return ToolCutWidthByIndex(context.tools, s.MillingTool, s.MillingDepth, 0);
+}
+
+// A hatch, turned first when it is entered by its last point.
+void HatchPath(JobWriter& job, const Settings& s, TPolygon& p, bool byLast) {
+  if (byLast) ReversePolygon(p);
+  job.Path(s.MillingSpeed, s.HatchingTool, kJobHatch);
+  for (const TXY* v = p.first; v; v = v->next) job.Point(v->x, v->y, s.MillingDepth);
+}
+
+// The plain scans below are the reference of the orderings: each step looks at every item left.
+void ReferenceDrills(JobWriter& job, OutputContext& context, bool optim, float arcStep) {
   Board& b = context.board;
-  JobCentreSpots(job, b, context.settings);
   ClearDoneMarks(b.Drills);
   for (int tool = 0; tool < kToolSlots; ++tool) {
     // Each tool starts from the list's first hole, then goes on from the last point written.
@@ -157,7 +189,7 @@ void Drills(JobWriter& job, OutputContext& context, bool optim, float arcStep) {
   ClearDoneMarks(b.Drills);
 }
 
-void Hatches(JobWriter& job, OutputContext& context, int layer, bool optim) {
+void ReferenceHatches(JobWriter& job, OutputContext& context, int layer, bool optim) {
   const Settings& s = context.settings;
   TPolygon* list = context.board.Hatches[layer];
   ClearDoneMarks(list);
@@ -179,18 +211,16 @@ void Hatches(JobWriter& job, OutputContext& context, int layer, bool optim) {
     }
     if (!taken) break;
     SetFlags(*taken, kVisited);
-    if (byLast) ReversePolygon(*taken);
-    job.Path(s.MillingSpeed, s.HatchingTool, kJobHatch);
-    for (const TXY* v = taken->first; v; v = v->next) job.Point(v->x, v->y, s.MillingDepth);
+    HatchPath(job, s, *taken, byLast);
   }
   ClearDoneMarks(list);
 }
 
-void Contours(JobWriter& job, OutputContext& context, int layer, bool optim) {
+void ReferenceContours(JobWriter& job, OutputContext& context, int layer, bool optim) {
   const Settings& s = context.settings;
   TPolygon* list = context.board.Contours[layer];
   ClearDoneMarks(list);
-  const double closedWidth = ToolCutWidthByIndex(context.tools, s.MillingTool, s.MillingDepth, 0);
+  const double closedWidth = ClosedWidth(context);
   for (;;) {
     TPolygon* taken = nullptr;
     const TXY* entry = nullptr;
@@ -208,20 +238,116 @@ void Contours(JobWriter& job, OutputContext& context, int layer, bool optim) {
     }
     if (!taken) break;
     SetFlags(*taken, kVisited);
-    const TXY* first = taken->first;
-    const TXY* last = LastPoint(*taken);
-    const bool closed = std::sqrt(Distance2(first->x, first->y, last->x, last->y)) <= closedWidth;
-    if (!closed) entry = first;
-    job.Path(s.MillingSpeed, s.MillingTool, 0);
-    for (const TXY* v = entry; v; v = v->next) job.Point(v->x, v->y, s.MillingDepth);
-    if (closed && entry != first) {
-      for (const TXY* v = first->next; v; v = v->next) {
-        job.Point(v->x, v->y, s.MillingDepth);
-        if (v == entry) break;
-      }
-    }
+    ContourPath(job, s, *taken, entry, closedWidth);
   }
   ClearDoneMarks(list);
+}
+
+// The same orderings in n log n: the next item is the nearest of a grid of the candidates' points,
+// ranked in the order in which the scan meets them, so that a tie goes the scan's way; without
+// optimisation the items simply follow the list.
+
+void Drills(JobWriter& job, OutputContext& context, bool optim, float arcStep) {
+  Board& b = context.board;
+  JobCentreSpots(job, b, context.settings);
+  if (context.referenceOrdering) {
+    ReferenceDrills(job, context, optim, arcStep);
+    return;
+  }
+  std::vector<TDrill*> drills;
+  std::vector<int> toolOf;
+  for (TDrill* d = b.Drills; d; d = d->next) {
+    drills.push_back(d);
+    toolOf.push_back(DrillToolOf(context.drillList, b, *d));
+  }
+  const int count = static_cast<int>(drills.size());
+  for (int tool = 0; tool < kToolSlots; ++tool) {
+    if (std::find(toolOf.begin(), toolOf.end(), tool) == toolOf.end()) continue;
+    // Each tool starts from the list's first hole, then goes on from the last point written.
+    double fromX = drills[0]->x, fromY = drills[0]->y;
+    std::optional<NearestPoints> nearest;
+    if (optim) {
+      nearest.emplace(count);
+      for (int i = 0; i < count; ++i)
+        if (toolOf[i] == tool) nearest->Add(i, drills[i]->x, drills[i]->y);
+    }
+    for (int next = 0;;) {
+      int rank = -1;
+      if (nearest) {
+        rank = nearest->Nearest(fromX, fromY);
+        if (rank >= 0) nearest->Remove(rank);
+      } else {
+        while (next < count && toolOf[next] != tool) ++next;
+        if (next < count) rank = next++;
+      }
+      if (rank < 0) break;
+      TDrill& d = *drills[rank];
+      if (b.DrillDiameter[d.code] >= 0.01f) Hole(job, context, d, tool, arcStep);
+      fromX = job.lastX, fromY = job.lastY;
+    }
+  }
+}
+
+void Hatches(JobWriter& job, OutputContext& context, int layer, bool optim) {
+  if (context.referenceOrdering) {
+    ReferenceHatches(job, context, layer, optim);
+    return;
+  }
+  const Settings& s = context.settings;
+  std::vector<TPolygon*> paths;
+  for (TPolygon* p = context.board.Hatches[layer]; p; p = p->next)
+    if (p->first) paths.push_back(p);
+  if (!optim) {
+    for (TPolygon* p : paths) HatchPath(job, s, *p, false);
+    return;
+  }
+  // Both ends of every hatch: the first end ranked before the last.
+  NearestPoints nearest(static_cast<int>(2 * paths.size()));
+  for (size_t i = 0; i < paths.size(); ++i) {
+    const TXY* last = LastPoint(*paths[i]);
+    nearest.Add(static_cast<int>(2 * i), paths[i]->first->x, paths[i]->first->y);
+    nearest.Add(static_cast<int>(2 * i + 1), last->x, last->y);
+  }
+  for (int rank; (rank = nearest.Nearest(job.lastX, job.lastY)) >= 0;) {
+    nearest.Remove(rank - rank % 2);
+    nearest.Remove(rank - rank % 2 + 1);
+    HatchPath(job, s, *paths[rank / 2], rank % 2 == 1);
+  }
+}
+
+void Contours(JobWriter& job, OutputContext& context, int layer, bool optim) {
+  if (context.referenceOrdering) {
+    ReferenceContours(job, context, layer, optim);
+    return;
+  }
+  const Settings& s = context.settings;
+  const double closedWidth = ClosedWidth(context);
+  TPolygon* list = context.board.Contours[layer];
+  if (!optim) {
+    for (TPolygon* p = list; p; p = p->next)
+      if (p->first) ContourPath(job, s, *p, p->first, closedWidth);
+    return;
+  }
+  // Every vertex but the last of every contour is an entry, ranked contour by contour.
+  struct Entry {
+    TPolygon* path;
+    const TXY* vertex;
+    int firstRank;  // of the path's first entry
+  };
+  std::vector<Entry> entries;
+  for (TPolygon* p = list; p; p = p->next) {
+    const int firstRank = static_cast<int>(entries.size());
+    for (const TXY* v = p->first; v && v->next; v = v->next) entries.push_back({p, v, firstRank});
+  }
+  NearestPoints nearest(static_cast<int>(entries.size()));
+  for (size_t i = 0; i < entries.size(); ++i)
+    nearest.Add(static_cast<int>(i), entries[i].vertex->x, entries[i].vertex->y);
+  for (int rank; (rank = nearest.Nearest(job.lastX, job.lastY)) >= 0;) {
+    const Entry taken = entries[rank];
+    for (size_t i = taken.firstRank; i < entries.size() && entries[i].path == taken.path; ++i)
+      nearest.Remove(static_cast<int>(i));
+    ContourPath(job, s, *taken.path, taken.vertex, closedWidth);
+  }
 }
 
 void CutPaths(JobWriter& job, OutputContext& context) {
