@@ -215,13 +215,9 @@ TSeg* BuildTrackDraft(const Board& b, int layer, const TTrack& track, float offs
 }
 
 void PurgeShortTracks(Board& b, int layer) {
-  TTrack* t = b.Tracks[layer];
-  while (t) {
-    TTrack* next = t->next;
-    if (Distance(t->x1, t->y1, t->x2, t->y2) < 0.1 * b.TrackWidth[layer][t->code])
-      RemoveTrack(b, layer, t);
-    t = next;
-  }
+  RemoveTracksWhere(b, layer, [&b, layer](const TTrack& t) {
+    return Distance(t.x1, t.y1, t.x2, t.y2) < 0.1 * b.TrackWidth[layer][t.code];
+  });
 }
 
 TSeg* BuildDraftContours(Board& b, int layer, float padOffset, float trackOffset, bool fast) {

@@ -168,22 +168,34 @@ void RemoveDrill(Board& b, TDrill* drill) {
   delete drill;
 }
 
+int RemoveTracksWhere(Board& b, int layer, const std::function<bool(const TTrack&)>& condition) {
+  if (layer < 0 || layer >= 5) return 0;
+  int removed = 0;
+  for (TTrack** link = &b.Tracks[layer]; *link;) {
+    TTrack* t = *link;
+    if (!condition(*t)) {
+      link = &t->next;
+      continue;
+    }
+    *link = t->next;
+    if (b.HoverTrack == t) b.HoverTrack = nullptr;
+    delete t;
+    ++removed;
+  }
+  return removed;
+}
+
 bool RemoveTracksAt(Board& b, float x1, float y1, float x2, float y2, bool allLayers,
                     const TTrack* except) {
   bool removed = false;
   for (int l = 0; l < kCircuitLayers; ++l) {
     if (!allLayers && l != b.ActiveLayer) continue;
-    TTrack* t = b.Tracks[l];
-    while (t) {
-      TTrack* next = t->next;
-      bool joins = (SamePoint(t->x1, t->y1, x1, y1) && SamePoint(t->x2, t->y2, x2, y2)) ||
-                   (SamePoint(t->x1, t->y1, x2, y2) && SamePoint(t->x2, t->y2, x1, y1));
-      if (joins && t != except) {
-        RemoveTrack(b, l, t);
-        removed = true;
-      }
-      t = next;
-    }
+    removed |= RemoveTracksWhere(b, l, [&](const TTrack& t) {
+                 const bool joins =
+                     (SamePoint(t.x1, t.y1, x1, y1) && SamePoint(t.x2, t.y2, x2, y2)) ||
+                     (SamePoint(t.x1, t.y1, x2, y2) && SamePoint(t.x2, t.y2, x1, y1));
+                 return joins && &t != except;
+               }) > 0;
   }
   return removed;
 }

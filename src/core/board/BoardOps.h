@@ -1,6 +1,8 @@
 // The operations of the board model. They work on the one model handed to them.
 #pragma once
 
+#include <functional>
+
 #include <utility>
 #include <vector>
 
@@ -18,6 +20,9 @@ void ResetApertureTables(Board& b);
 void RemovePad(Board& b, int layer, TPad* pad);
 void RemoveTrack(Board& b, int layer, TTrack* track);
 void RemoveDrill(Board& b, TDrill* drill);
+// Removes, in one pass over the list, every track of `layer` for which `condition` holds; the
+// number removed.
+int RemoveTracksWhere(Board& b, int layer, const std::function<bool(const TTrack&)>& condition);
 // Removes every track joining the two points either way, on the active layer or on all circuit
 // layers, `except` excepted; true when one was removed.
 bool RemoveTracksAt(Board& b, float x1, float y1, float x2, float y2, bool allLayers,
