@@ -121,31 +121,72 @@ void BoxGrid::Remove(int id) {
   if (static_cast<size_t>(id) < dead_.size()) dead_[id] = 1;
 }
 
+namespace {
+constexpr int kLabelBits = 63;
+constexpr uint64_t kLabelEnd = uint64_t(1) << kLabelBits;
+}  // namespace
+
 ListOrder::ListOrder(size_t n) {
   next_.resize(n);
+  prev_.resize(n);
   label_.resize(n);
-  for (size_t i = 0; i < n; ++i) next_[i] = i + 1 < n ? static_cast<int>(i + 1) : -1;
+  for (size_t i = 0; i < n; ++i) {
+    next_[i] = i + 1 < n ? static_cast<int>(i + 1) : -1;
+    prev_[i] = static_cast<int>(i) - 1;
+  }
   Relabel();
-  relabels_ = 0;
+  relabels_ = relabelledItems_ = 0;
 }
 
 int ListOrder::InsertBehind(int parent) {
   const int id = static_cast<int>(next_.size());
+  auto room = [&] {
+    const int after = next_[parent];
+    return (after < 0 ? kLabelEnd : label_[after]) - label_[parent];
+  };
+  if (room() < 2) Rebalance(parent);
   const int after = next_[parent];
-  constexpr uint64_t kEnd = uint64_t(1) << 63;
-  auto room = [&] { return (after < 0 ? kEnd : label_[after]) - label_[parent]; };
-  if (room() < 2) Relabel();
   const uint64_t low = label_[parent];
   next_.push_back(after);
+  prev_.push_back(parent);
   label_.push_back(low + room() / 2);
+  if (after >= 0) prev_[after] = id;
   next_[parent] = id;
   return id;
 }
 
+void ListOrder::Rebalance(int id) {
+  // The range of 2^bits labels that holds `id`, grown a bit at a time; `first` and `last` are
+  // its first and last items, `count` how many it holds.
+  int first = id, last = id;
+  size_t count = 1;
+  double limit = 1;  // (2 / 1.4)^bits
+  for (int bits = 1; bits < kLabelBits; ++bits) {
+    limit *= 2 / 1.4;
+    const uint64_t size = uint64_t(1) << bits;
+    const uint64_t base = label_[id] & ~(size - 1);
+    while (prev_[first] >= 0 && label_[prev_[first]] >= base) first = prev_[first], ++count;
+    while (next_[last] >= 0 && label_[next_[last]] < base + size) last = next_[last], ++count;
+    // The range must take one more item with a gap of at least 2 behind each.
+    if (static_cast<double>(count + 1) > limit || (count + 1) * 2 > size) continue;
+    ++relabels_;
+    relabelledItems_ += count;
+    const uint64_t step = size / (count + 1);
+    uint64_t v = base + step;
+    for (int at = first;; at = next_[at], v += step) {
+      label_[at] = v;
+      if (at == last) break;
+    }
+    return;
+  }
+  Relabel();
+}
+
 void ListOrder::Relabel() {
   ++relabels_;
+  relabelledItems_ += next_.size();
   // The labels fill [1, 2^63) evenly, leaving as much room as possible behind each item.
-  const uint64_t step = (uint64_t(1) << 63) / (next_.size() + 1);
+  const uint64_t step = kLabelEnd / (next_.size() + 1);
   uint64_t v = step;
   for (int id = next_.empty() ? -1 : 0; id >= 0; id = next_[id], v += step) label_[id] = v;
 }

@@ -95,9 +95,12 @@ class BoxGrid {
 
 // The order of the working list as numbers: each segment gets a label, and the labels grow
 // along the list. A piece put in behind its parent gets a label halfway to the parent's
-// successor; when no room is left the whole list is labelled afresh, evenly spaced again.
-// Items are numbered 0 .. n-1 in list order at the start, and further items are numbered as
-// they are put in; item 0 stays the head.
+// successor. When no room is left, only the neighbourhood is labelled afresh: the smallest
+// aligned range of labels around the parent that is sparse enough (its items fewer than
+// (2 / 1.4)^bits for a range of 2^bits labels) gets its items evenly spaced again, so that a
+// place cut over and over costs a logarithmic share of relabelling per cut, never the whole
+// list. Items are numbered 0 .. n-1 in list order at the start, and further items are numbered
+// as they are put in; item 0 stays the head.
 class ListOrder {
  public:
   explicit ListOrder(size_t n);
@@ -108,15 +111,18 @@ class ListOrder {
   size_t Size() const { return next_.size(); }
   // Puts a new item directly behind `parent` and returns its number.
   int InsertBehind(int parent);
-  // How often the list was labelled afresh.
+  // How often a range of the list was labelled afresh, and how many labels that gave in all.
   size_t Relabels() const { return relabels_; }
+  size_t RelabelledItems() const { return relabelledItems_; }
 
  private:
   void Relabel();
+  // Spreads the labels of the sparse range around `id` so that room opens behind it.
+  void Rebalance(int id);
 
-  std::vector<int> next_;
+  std::vector<int> next_, prev_;
   std::vector<uint64_t> label_;
-  size_t relabels_ = 0;
+  size_t relabels_ = 0, relabelledItems_ = 0;
 };
 
 // ---- Template members ---------------------------------------------------------------------

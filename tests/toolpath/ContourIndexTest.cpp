@@ -162,6 +162,21 @@ TEST(ContourIndex, ListOrderKeepsLabelsGrowingThroughRelabelling) {
     walked.push_back(id);
   }
   EXPECT_EQ(walked, std::vector<int>(model.begin(), model.end()));
+
+  // A place of a long list cut over and over, always behind the same item or behind the newest
+  // piece: the labels are spread locally, never across the whole list each time room runs out.
+  for (bool behindNewest : {false, true}) {
+    ListOrder storm(100000);
+    int parent = 50000;
+    for (int i = 0; i < 20000; ++i) {
+      const int id = storm.InsertBehind(parent);
+      if (behindNewest) parent = id;
+    }
+    for (int id = 0; storm.Next(id) >= 0; id = storm.Next(id)) {
+      ASSERT_TRUE(storm.Before(id, storm.Next(id)));
+    }
+    EXPECT_LT(storm.RelabelledItems(), 20000u * 50) << behindNewest;
+  }
 }
 
 // ---- Hand-made boards ---------------------------------------------------------------------
