@@ -1,6 +1,7 @@
 #include "toolpath/HatchPhasesIndexed.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 
 #include "toolpath/ContourIndex.h"
@@ -73,24 +74,60 @@ void CrossingPhaseIndexed(TSeg* list, const TPolygon* keepOut, HatchStats* stats
 TSeg* ClassificationPhaseIndexed(TSeg* list, const TPolygon* keepOut, float pitch, float cardWidth,
                                  HatchStats* stats) {
   std::vector<const TPolygon*> shapes;
-  std::vector<IndexBox> reach;
-  IndexRegion region;
+  std::vector<hatch::ContainmentReach> reach;
+  IndexRegion region, gapRegion;
+  size_t gaps = 0;
   for (const TPolygon* p = keepOut; p; p = p->next) {
     shapes.push_back(p);
-    reach.push_back(hatch::ContainmentReach(*p));
-    region.Add(reach.back());
+    reach.push_back(hatch::ReachOf(*p));
+    region.Add(reach.back().box);
+    if (reach.back().open) {
+      gapRegion.Add({reach.back().below.x1, 0, reach.back().below.x2, 0});
+      ++gaps;
+    }
   }
   BoxGrid grid(region.Box(), shapes.size());
-  for (size_t i = 0; i < shapes.size(); ++i) grid.Insert(static_cast<int>(i), reach[i]);
+  // The columns below the gaps of chains that are not closed, by X alone.
+  BoxGrid below(gapRegion.Box(), gaps);
+  for (size_t i = 0; i < shapes.size(); ++i) {
+    const hatch::ContainmentReach& r = reach[i];
+    grid.Insert(static_cast<int>(i), r.box);
+    if (r.open) below.Insert(static_cast<int>(i), {r.below.x1, 0, r.below.x2, 0});
+  }
 
   long long tests = 0;
+  // A large shape (a contour around a pour, the card's) is asked about most points of the
+  // layer: its columns are built at its first question.
+  constexpr int kColumnsFrom = 32;
+  std::vector<std::unique_ptr<ContainmentColumns>> columns(shapes.size());
+  std::vector<bool> large;
+  for (const TPolygon* shape : shapes) large.push_back(CountPoints(*shape) >= kColumnsFrom);
+  auto contains = [&](int id, float x, float y) {
+    const TPolygon& shape = *shapes[id];
+    if (!columns[id]) {
+      if (!large[id]) return ContainsPoint(shape, x, y);
+      columns[id] = std::make_unique<ContainmentColumns>(shape);
+    }
+    return columns[id]->Contains(x, y);
+  };
   // Whether the point lies in a shape or on its edge: ListContainsPoint not negative.
   auto inside = [&](float x, float y) {
+    const IndexBox point{x, y, x, y};
     bool hit = false;
-    grid.Query({x, y, x, y}, [&](int id) {
-      if (!hit) {
+    grid.Query(point, [&](int id) {
+      const IndexBox& box = reach[id].box;
+      if (!hit && (!IsFinite(box) || Meet(box, point))) {
         ++tests;
-        hit = ContainsPoint(*shapes[id], x, y) >= 0;
+        hit = contains(id, x, y) >= 0;
+      }
+      return true;
+    });
+    if (gaps == 0) return hit;
+    below.Query({x, 0, x, 0}, [&](int id) {
+      // A point in the shape's box was asked above already.
+      if (!hit && Meet(reach[id].below, point) && !Meet(reach[id].box, point)) {
+        ++tests;
+        hit = contains(id, x, y) >= 0;
       }
       return true;
     });

@@ -41,25 +41,34 @@ void CrossEdge(TSeg* s, IndexBox& range, const TXY& a, const TXY& b, const Index
   if (contour::SplitAt(s, x, y)) range = SegmentBox(s->x1, s->y1, s->x2, s->y2, 0, 0);
 }
 
-IndexBox ContainmentReach(const TPolygon& polygon) {
+ContainmentReach ReachOf(const TPolygon& polygon) {
+  ContainmentReach result;
   const TXY* first = polygon.first;
-  if (!first) return {};
+  if (!first) return result;
   IndexBox box{first->x, first->y, first->x, first->y};
   double magnitude = 0;
   const TXY* last = first;
   for (const TXY* p = first; p; last = p, p = p->next) {
     if (!std::isfinite(p->x) || !std::isfinite(p->y)) {
       const float nan = std::numeric_limits<float>::quiet_NaN();
-      return {nan, nan, nan, nan};
+      result.box = {nan, nan, nan, nan};
+      return result;
     }
     box = Union(box, {p->x, p->y, p->x, p->y});
     magnitude = std::max({magnitude, std::fabs(double(p->x)), std::fabs(double(p->y))});
   }
   // The boundary test's 0.01, with room for the rounding of its interpolation.
-  IndexBox reach = Grown(box, 0.02 + 1.0e-6 * magnitude);
-  if (NearPoints(last->x, last->y, first->x, first->y, kTol) && last->x != first->x)
-    reach.y1 = std::numeric_limits<float>::lowest();
-  return reach;
+  const double margin = 0.02 + 1.0e-6 * magnitude;
+  result.box = Grown(box, margin);
+  if (NearPoints(last->x, last->y, first->x, first->y, kTol) && last->x != first->x) {
+    // Below the chain every edge that spans the point's column is crossed, and those of a
+    // closed loop are even in number: the parity is that of the missing closing edge alone.
+    result.open = true;
+    result.below =
+        Grown({std::min(last->x, first->x), box.y1, std::max(last->x, first->x), box.y1}, margin);
+    result.below.y1 = std::numeric_limits<float>::lowest();
+  }
+  return result;
 }
 
 void PullBack(TSeg& s, float pitch, float cardWidth) {

@@ -22,11 +22,16 @@ IndexBox PieceQuery(const TSeg& s);
 // behind it) and `range` is taken again from its bare ends.
 void CrossEdge(TSeg* s, IndexBox& range, const TXY& a, const TXY& b, const IndexBox& edge);
 
-// The box outside which ContainsPoint(polygon, ...) is always -1: the vertices' box grown by
-// more than the 0.01 of the boundary test. A chain whose ends are near but not the same is not
-// closed for the ray test, so a point anywhere below it may count as inside: its box then
-// reaches down without bound. Not finite when a vertex is not.
-IndexBox ContainmentReach(const TPolygon& polygon);
+// Where ContainsPoint(polygon, ...) can be other than -1: inside `box`, the vertices' box grown
+// by more than the 0.01 of the boundary test (not finite when a vertex is not). A chain whose
+// ends are near but not the same is not closed for the ray test, so a point below it in the
+// column of its gap counts as inside: `below` then reaches from that column down without bound.
+struct ContainmentReach {
+  IndexBox box;
+  bool open = false;
+  IndexBox below;
+};
+ContainmentReach ReachOf(const TPolygon& polygon);
 
 // The test of one piece: too short, or its middle, or else its point at three quarters, inside
 // a keep-out shape or on its edge (`inside(x, y)` answers that for the whole keep-out list). A

@@ -6,12 +6,15 @@
 #include <dxflib/dl_dxf.h>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/CliMain.h"
@@ -21,12 +24,14 @@
 #include "commands/ImportSteps.h"
 #include "commands/OutputCommands.h"
 #include "commands/ToolpathCommands.h"
+#include "core/board/BoardOps.h"
 #include "integration/IsoMoves.h"
 #include "integration/SampleBoards.h"
 #include "integration/SvgGroups.h"
 #include "support/FakePlatform.h"
 #include "support/TempFolder.h"
 #include "toolpath/ContourEdits.h"
+#include "toolpath/Hatches.h"
 #include "toolpath/geometry/Polylines.h"
 #include "toolpath/geometry/Segments.h"
 
@@ -186,6 +191,48 @@ TEST(MillOutput, AnOpenContourClosedByHandIsCutClosed) {
     break;
   }
   EXPECT_TRUE(closedOne) << "no sample board has an open contour";
+}
+
+TEST(MillOutput, IndexedHatchesOfTheSampleLayersAreTheFullScans) {
+  // With the library's hatching tool, the keep-out of real boards holds chains whose ends stop
+  // just short of their starts, which the indexed classification must find from below too.
+  TempFolder program, config;
+  fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too", config.path() + "Isolith.too");
+  int compared = 0;
+  for (const fs::path& layer : TopCopperLayers()) {
+    test::FakePlatform platform;
+    Application app(platform, program.path(), config.path());
+    InitSettings(app);
+    app.settings.DetectCutOut = false;
+    app.settings.DetectGndPlanes = false;
+    app.settings.HatchingTool = 0;
+    ImportContext context = MakeImportContext(app);
+    ASSERT_EQ(OpenGerberFile(context, layer.string(), 0), LoadResult::Loaded);
+    Board& b = app.board;
+    // The full scans are quadratic: the larger boards would take minutes.
+    if (CountOf(b.Pads[0]) + CountOf(b.Tracks[0]) > 2000) continue;
+    SCOPED_TRACE(layer.filename().string());
+    ASSERT_TRUE(CalculateContoursOnAllLayers(app));
+    HatchSettings s = HatchSettingsFrom(app.settings, app.tools);
+    HatchSession session;
+    session.rectangle = ZoneRectangle(b, kHatchWholeBoard);
+    std::vector<std::string> hatches;
+    for (bool indexed : {false, true}) {
+      s.indexed = indexed;
+      FreePolygons(std::exchange(b.Hatches[0], nullptr));
+      CalculateHatches(b, 0, s, session, nullptr);
+      std::string dump;
+      for (const TPolygon* p = b.Hatches[0]; p; p = p->next, dump += ';')
+        for (const TXY* v = p->first; v; v = v->next)
+          dump += std::to_string(std::bit_cast<uint32_t>(v->x)) + ',' +
+                  std::to_string(std::bit_cast<uint32_t>(v->y)) + ' ';
+      hatches.push_back(dump);
+    }
+    EXPECT_FALSE(hatches[0].empty());
+    EXPECT_TRUE(hatches[0] == hatches[1]);
+    ++compared;
+  }
+  EXPECT_GE(compared, 3);
 }
 
 }  // namespace

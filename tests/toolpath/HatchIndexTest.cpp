@@ -84,39 +84,49 @@ TEST(HatchIndex, RandomBoardsGiveTheSameHatches) {
   }
 }
 
-TEST(HatchIndex, ContainmentReachHoldsEveryPointOnOrInsideTheShape) {
+TEST(HatchIndex, ContainmentReachAndColumnsAgreeWithTheRayTest) {
   // A closed square, one whose chain ends 0.006 short of its start (not closed for the ray
-  // test, so points far below it may count), a sliver, and one with a vertex at infinity.
+  // test, so points far below its gap count), a sliver, one with a vertex at infinity, and a
+  // ring of 200 vertices with long edges across it, left open the same way.
   struct Case {
     std::vector<std::pair<float, float>> vertices;
-    bool unboundedBelow;
+    bool open;
   };
   const float inf = std::numeric_limits<float>::infinity();
-  const Case cases[] = {
+  std::vector<Case> cases = {
       {{{0, 0}, {4, 0}, {4, 4}, {0, 4}}, false},
       {{{0, 0}, {4, 0}, {4, 4}, {0, 4}, {0.006f, 0}}, true},
       {{{1e6f, 1e6f}, {1e6f + 3, 1e6f}, {1e6f, 1e6f + 0.001f}}, false},
       {{{0, 0}, {inf, 0}, {0, 4}}, false},
   };
+  Case ring{{}, true};
+  for (int i = 0; i < 200; ++i) {
+    const double a = i * 0.0314, r = i % 7 == 0 ? 0.5 : 3;
+    ring.vertices.push_back(
+        {static_cast<float>(r * std::cos(a)), static_cast<float>(r * std::sin(a))});
+  }
+  ring.vertices.push_back({ring.vertices[0].first + 0.004f, ring.vertices[0].second});
+  cases.push_back(ring);
   for (const Case& c : cases) {
     TPolygon p;
     for (auto [x, y] : c.vertices) AppendPoint(p, x, y);
-    const IndexBox reach = hatch::ContainmentReach(p);
-    EXPECT_EQ(reach.y1 == std::numeric_limits<float>::lowest(), c.unboundedBelow);
-    if (!IsFinite(reach)) {
-      EXPECT_TRUE(std::isinf(c.vertices[1].first));
-      FreePoints(p);
-      continue;
-    }
+    const hatch::ContainmentReach reach = hatch::ReachOf(p);
+    const ContainmentColumns columns(p);
+    EXPECT_EQ(reach.open, c.open);
     const float x0 = c.vertices[0].first, y0 = c.vertices[0].second;
     int hits = 0;
     for (int i = -300; i <= 300; ++i)
       for (int j = -300; j <= 300; ++j) {
         const float x = x0 + 0.003f + 0.0173f * static_cast<float>(i);
         const float y = y0 + 0.0171f * static_cast<float>(j) + (j < -250 ? -1000.0f : 0.0f);
-        if (ContainsPoint(p, x, y) < 0) continue;
+        const int r = ContainsPoint(p, x, y);
+        ASSERT_EQ(columns.Contains(x, y), r) << x << ", " << y;
+        if (r < 0) continue;
         ++hits;
-        EXPECT_TRUE(Meet(reach, {x, y, x, y})) << x << ", " << y;
+        if (!IsFinite(reach.box)) continue;  // handed to every question
+        const IndexBox point{x, y, x, y};
+        EXPECT_TRUE(Meet(reach.box, point) || (reach.open && Meet(reach.below, point)))
+            << x << ", " << y;
       }
     EXPECT_GT(hits, 0);
     FreePoints(p);

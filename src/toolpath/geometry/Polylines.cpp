@@ -1,5 +1,6 @@
 #include "toolpath/geometry/Polylines.h"
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -121,6 +122,86 @@ int ListContainsPoint(const TPolygon* list, float x, float y) {
     if (r >= 0) return r;
   }
   return -1;
+}
+
+ContainmentColumns::ContainmentColumns(const TPolygon& polygon) {
+  const TXY* first = polygon.first;
+  if (!first) return;
+  const TXY* p = first;
+  for (; p->next; p = p->next) edges_.push_back({p->x, p->y, p->next->x, p->next->y});
+  if (!NearPoints(p->x, p->y, first->x, first->y, kNearTolerance))
+    edges_.push_back({p->x, p->y, first->x, first->y});
+
+  // An edge can count for a point whose X lies within its X range widened by the boundary's
+  // 0.01; twice that leaves room for rounding.
+  constexpr double kReach = 2 * kNearTolerance;
+  double low = 0, high = 0, spans = 0;
+  bool any = false;
+  for (const Edge& e : edges_) {
+    if (!std::isfinite(e.x0) || !std::isfinite(e.x1)) continue;
+    const double a = std::min(e.x0, e.x1) - kReach, b = std::max(e.x0, e.x1) + kReach;
+    low = any ? std::min(low, a) : a;
+    high = any ? std::max(high, b) : b;
+    spans += b - a;
+    any = true;
+  }
+  const double n = std::max<double>(1, static_cast<double>(edges_.size()));
+  const double width = std::max((high - low) / n, spans / (4 * n));
+  left_ = low;
+  if (width > 0) {
+    inverse_ = 1 / width;
+    columns_ = static_cast<int>(std::min(n, std::ceil((high - low) * inverse_) + 1));
+  }
+  std::vector<uint32_t> count(static_cast<size_t>(columns_) + 1, 0);
+  auto range = [&](const Edge& e) {
+    return std::pair{Column(std::min(e.x0, e.x1) - kReach), Column(std::max(e.x0, e.x1) + kReach)};
+  };
+  for (uint32_t i = 0; i < edges_.size(); ++i) {
+    const Edge& e = edges_[i];
+    if (!std::isfinite(e.x0) || !std::isfinite(e.x1)) {
+      everywhere_.push_back(i);
+      continue;
+    }
+    const auto [from, to] = range(e);
+    for (int c = from; c <= to; ++c) ++count[c + 1];
+  }
+  for (int c = 0; c < columns_; ++c) count[c + 1] += count[c];
+  start_ = count;
+  items_.resize(count.back());
+  for (uint32_t i = 0; i < edges_.size(); ++i) {
+    const Edge& e = edges_[i];
+    if (!std::isfinite(e.x0) || !std::isfinite(e.x1)) continue;
+    const auto [from, to] = range(e);
+    for (int c = from; c <= to; ++c) items_[count[c]++] = i;
+  }
+}
+
+int ContainmentColumns::Column(double x) const {
+  // Not decreasing in x, so an edge registered over [a, b] is in the column of every x between.
+  const double c = std::floor((x - left_) * inverse_);
+  if (!(c > 0)) return 0;
+  return c >= columns_ - 1 ? columns_ - 1 : static_cast<int>(c);
+}
+
+int ContainmentColumns::Contains(float x, float y) const {
+  if (edges_.empty()) return -1;
+  // ContainsPoint answers 0 when any edge does, else by the parity of the crossings; the order
+  // of the edges changes neither.
+  bool inside = false;
+  auto test = [&](uint32_t i) {
+    const Edge& e = edges_[i];
+    const int r = TestEdge(e.x0, e.y0, e.x1, e.y1, x, y);
+    if (r > 0) inside = !inside;
+    return r != 0;
+  };
+  for (uint32_t i : everywhere_)
+    if (!test(i)) return 0;
+  // A point whose X is not a number crosses no edge and touches none.
+  if (std::isnan(x)) return inside ? 1 : -1;
+  const int c = Column(x);
+  for (uint32_t k = start_[c]; k < start_[c + 1]; ++k)
+    if (!test(items_[k])) return 0;
+  return inside ? 1 : -1;
 }
 
 TSeg* RemoveDegenerateSegments(TSeg* list) {
