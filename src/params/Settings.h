@@ -197,6 +197,9 @@ struct Settings {
   std::array<int32_t, kSequenceSlots> MultiSequence{1, 2, 3, 4, 5, 10, 14, 18};
   std::array<int32_t, kSequenceSlots> MultiMirror{};
   bool FastCalcul = false;
+  // Threads of the contour calculation where the order of the work cannot change its result:
+  // 2 shares the removal tests between two cores, 1 keeps them on one.
+  int32_t CalculationThreads = 2;
   int32_t MillingTool = -1;
   float MillingDepth = 0.25f;
   float MillingMargin = 0;

@@ -460,7 +460,8 @@ std::vector<SettingsSection> BuildTable() {
         YesNoKey("BoringDrills", FIELD(BoringDrills)),
         FloatKey("BoringThreshold", FIELD(BoringThreshold), 0, 0, 10, "0"),
         boringDir,
-        UnsignedKey("BoringSpeed", FIELD(BoringSpeed), 300, 6, 6000, "6")};
+        UnsignedKey("BoringSpeed", FIELD(BoringSpeed), 300, 6, 6000, "6"),
+        IntKey("CalculationThreads", FIELD(CalculationThreads), 2, 1, 2, "2")};
     for (SettingsKey& key : last) keys.push_back(std::move(key));
     table.push_back({"Toolset", std::move(keys)});
   }

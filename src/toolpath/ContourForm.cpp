@@ -28,6 +28,7 @@ ContourSettings ContourSettingsFrom(const Settings& settings, ToolTable& tools) 
   s.passes = settings.MillingNb1;
   s.padPasses = settings.MillingNb2;
   s.fast = settings.FastCalcul;
+  s.threads = settings.CalculationThreads;
   return s;
 }
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -145,7 +147,7 @@ void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats) {
 }
 
 TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset, float trackOffset,
-                          bool fast, ContourStats* stats) {
+                          bool fast, ContourStats* stats, int threads) {
   struct Element {
     const TTrack* track;
     const TPad* pad;
@@ -199,40 +201,61 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
     return false;
   };
 
-  long long tests = 0;
-  auto rejects = [&](int id, const TSeg& s, float mx, float my) {
-    ++tests;
-    const Element& e = elements[id];
-    return e.track ? contour::TrackRejects(b, layer, *e.track, s, mx, my, trackOffset, fast)
-                   : contour::PadRejects(b, layer, *e.pad, s, mx, my, padOffset);
-  };
-  TSeg** link = &list;
-  while (*link) {
-    TSeg* s = *link;
-    float mx, my;
-    contour::Midpoint(*s, mx, my);
-    bool rejected = false;
-    for (int id : everywhere)
-      if (rejects(id, *s, mx, my)) {
-        rejected = true;
-        break;
+  // Whether each segment of pieces[from .. to) falls, asked through `index`: a grid of one's own
+  // per thread, since a query marks the items it has handed out.
+  const std::vector<TSeg*> pieces = Items(list);
+  std::vector<uint8_t> falls(pieces.size(), 0);
+  auto judge = [&](BoxGrid& index, size_t from, size_t to, long long& tests) {
+    auto rejects = [&](int id, const TSeg& s, float mx, float my) {
+      ++tests;
+      const Element& e = elements[id];
+      return e.track ? contour::TrackRejects(b, layer, *e.track, s, mx, my, trackOffset, fast)
+                     : contour::PadRejects(b, layer, *e.pad, s, mx, my, padOffset);
+    };
+    for (size_t k = from; k < to; ++k) {
+      const TSeg& s = *pieces[k];
+      float mx, my;
+      contour::Midpoint(s, mx, my);
+      bool rejected = false;
+      for (int id : everywhere)
+        if (rejects(id, s, mx, my)) {
+          rejected = true;
+          break;
+        }
+      if (!rejected) {
+        // The tested points lie in the box of the segment's ends (the midpoint too). A segment
+        // with a coordinate that is not finite may still be rejected through another of its
+        // points: it meets every element.
+        const IndexBox box = SegmentBox(s, 0);
+        const bool bounded = IsFinite(box);
+        index.Query(box, [&](int id) {
+          if (!rejected && (!bounded || within(id, box)) && rejects(id, s, mx, my)) rejected = true;
+          return true;
+        });
       }
-    if (!rejected) {
-      // The tested points lie in the box of the segment's ends (the midpoint too). A segment
-      // with a coordinate that is not finite may still be rejected through another of its
-      // points: it meets every element.
-      const IndexBox box = SegmentBox(*s, 0);
-      const bool bounded = IsFinite(box);
-      grid.Query(box, [&](int id) {
-        if (!rejected && (!bounded || within(id, box)) && rejects(id, *s, mx, my)) rejected = true;
-        return true;
-      });
+      falls[k] = rejected;
     }
-    if (rejected) {
-      *link = s->next;
-      delete s;
+  };
+  // Below this many segments a thread costs more than it saves.
+  constexpr size_t kSharedFrom = 20000;
+  long long tests = 0, helperTests = 0;
+  const size_t half = threads > 1 && pieces.size() >= kSharedFrom ? pieces.size() / 2 : 0;
+  if (half > 0) {
+    BoxGrid copy = grid;
+    std::thread helper(judge, std::ref(copy), half, pieces.size(), std::ref(helperTests));
+    judge(grid, 0, half, tests);
+    helper.join();
+  } else {
+    judge(grid, 0, pieces.size(), tests);
+  }
+  tests += helperTests;
+  TSeg** link = &list;
+  for (size_t k = 0; k < pieces.size(); ++k) {
+    if (falls[k]) {
+      *link = pieces[k]->next;
+      delete pieces[k];
     } else {
-      link = &s->next;
+      link = &pieces[k]->next;
     }
   }
   if (stats) stats->elementTests += tests;

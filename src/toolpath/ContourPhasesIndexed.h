@@ -14,9 +14,10 @@ namespace isolith {
 void IntersectionPhaseIndexed(TSeg* list, ContourStats* stats = nullptr);
 
 // Each segment against the elements that can reach it; a segment falls when any one rejects it,
-// so the order of the elements does not matter.
+// so the order of the elements does not matter. Nor does the order of the segments, whose tests
+// read the board alone: with `threads` 2 a second thread takes the second half of the list.
 TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset, float trackOffset,
-                          bool fast, ContourStats* stats = nullptr);
+                          bool fast, ContourStats* stats = nullptr, int threads = 1);
 
 // A segment falls when an earlier segment that stayed has the same ends.
 TSeg* RemoveDuplicateSegmentsIndexed(TSeg* list);

@@ -250,7 +250,8 @@ void CalculateContours(Board& b, int layer, ContourSettings& s, Platform* platfo
     else
       IntersectionPhase(list);
     if (!status("Removing bad segments...")) return stopped();
-    list = s.indexed ? RemovalPhaseIndexed(b, layer, list, padOffset, trackOffset, s.fast, stats)
+    list = s.indexed ? RemovalPhaseIndexed(b, layer, list, padOffset, trackOffset, s.fast, stats,
+                                           s.threads)
                      : RemovalPhase(b, layer, list, padOffset, trackOffset, s.fast);
     if (!status("Final build-up...")) return stopped();
     list = s.indexed ? RemoveDuplicateSegmentsIndexed(list) : RemoveDuplicateSegments(list);

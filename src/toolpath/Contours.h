@@ -17,6 +17,7 @@ struct ContourSettings {
   // The phases find their candidate pairs through a spatial index; false runs the full scans,
   // which give the same contours and are kept as the reference the index is checked against.
   bool indexed = true;
+  int threads = 1;  // `CalculationThreads`: 2 shares the removal tests between two threads
 };
 
 // What a calculation did, summed over its passes: for measurements.

@@ -288,5 +288,32 @@ TEST(ContourIndex, RandomBoardsGiveTheSamePaths) {
   }
 }
 
+TEST(ContourIndex, TwoThreadsGiveThePathsOfOne) {
+  // Random boards side by side, enough segments for the removal tests to be shared.
+  auto build = [](Board& b) {
+    for (int n = 0; n < 100; ++n) {
+      TPad* lastPad = LastPad(b.Pads[0]);
+      TTrack* lastTrack = LastTrack(b.Tracks[0]);
+      test::RandomBoard(b, 7 + n % 5, n % 3 == 0);  // its apertures replace the earlier ones
+      const float dx = 21.0f * static_cast<float>(n % 10), dy = 21.0f * static_cast<float>(n / 10);
+      for (TPad* p = lastPad ? lastPad->next : b.Pads[0]; p; p = p->next) p->x += dx, p->y += dy;
+      for (TTrack* t = lastTrack ? lastTrack->next : b.Tracks[0]; t; t = t->next)
+        t->x1 += dx, t->x2 += dx, t->y1 += dy, t->y2 += dy;
+    }
+  };
+  Board one, two;
+  build(one);
+  build(two);
+  ContourSettings s = Settings(0.3f, 2);
+  ContourStats stats;
+  s.threads = 1;
+  CalculateContours(one, 0, s, nullptr, &stats);
+  s.threads = 2;
+  CalculateContours(two, 0, s, nullptr);
+  EXPECT_GT(stats.draftSegments, 2 * 20000);
+  EXPECT_GT(CountOf(one.Contours[0]), 100);
+  EXPECT_TRUE(SamePaths(one.Contours[0], two.Contours[0]));
+}
+
 }  // namespace
 }  // namespace isolith
