@@ -66,7 +66,7 @@ ContainmentReach ReachOf(const TPolygon& polygon) {
     result.open = true;
     result.below =
         Grown({std::min(last->x, first->x), box.y1, std::max(last->x, first->x), box.y1}, margin);
-    result.below.y1 = std::numeric_limits<float>::lowest();
+    result.below.y1 = -std::numeric_limits<float>::infinity();
   }
   return result;
 }
