@@ -21,6 +21,7 @@ namespace {
 
 // Context-menu rows of a hovered track that belong to the toolpaths.
 constexpr int kDefineAsCardContour = 12612;
+constexpr int kResetContourPath = 12627;
 
 // A pick: the view leaves final rendering and the command waits for its click.
 void StartPick(Application& app, int id) {
@@ -229,6 +230,19 @@ void RunTrackMenuCommand(Application& app, int id) {
   RequestRepaint(app);
 }
 
+// "Reset contour path" of a hovered cut-out's menu: its paths calculated afresh from its outline
+// on the side it has, so that tabs and any other change are gone.
+void RunResetContourPath(Application& app, int) {
+  Board& b = app.board;
+  b.PendingCommand = 0;
+  if (b.HoverCutout) {
+    CutContext cut = MakeCutContext(app);
+    CalculateCutPath(cut, *b.HoverCutout, false);
+  }
+  ResetHover(app);
+  RequestRepaint(app);
+}
+
 constexpr CommandHandler kToolpathHandlers[] = {
     {cmd::CalculateContours, cmd::CalculateContours, RunToolpathCommand},
     {cmd::CalculateHatches, cmd::DisableAllCopperPlanes, RunToolpathCommand},
@@ -236,6 +250,7 @@ constexpr CommandHandler kToolpathHandlers[] = {
     {cmd::ListOfDrills, cmd::ListOfDrills, RunToolpathCommand},
     {cmd::ToolLibrary, cmd::SelectedTools, RunToolpathCommand},
     {kDefineAsCardContour, cmd::DisableThisCopperPlane, RunTrackMenuCommand},
+    {kResetContourPath, kResetContourPath, RunResetContourPath},
 };
 
 }  // namespace

@@ -397,6 +397,12 @@ TEST(ToolpathCommands, CardContourDetectDefineSideAndTabs) {
   EXPECT_EQ(CountOf(w.b.Cutouts->paths), paths + 1);
   EXPECT_EQ(w.b.PendingCommand, cmd::AddCuttingTabs);
   EXPECT_FALSE(ToolpathClickAction(w.app, cmd::DeletePad, 1, 1));
+
+  // "Reset contour path" from the cut-out's menu: the tab is gone, the pick has ended.
+  w.b.HoverCutout = w.b.Cutouts;
+  ASSERT_TRUE(RunCommand(w.app, 12627));
+  EXPECT_EQ(CountOf(w.b.Cutouts->paths), paths);
+  EXPECT_EQ(w.b.PendingCommand, 0);
 }
 
 TEST(ToolpathCommands, DrillListIsRebuiltAtLoadAndShownOnTheDrillLayer) {
