@@ -1,9 +1,12 @@
 #include "toolpath/ContourPhasesIndexed.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
+#include <set>
 #include <thread>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -160,8 +163,16 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
     region.Add({std::min(t->x1, t->x2), std::min(t->y1, t->y2), std::max(t->x1, t->x2),
                 std::max(t->y1, t->y2)});
   }
+  // A pad the same as one already taken rejects the same segments: thousands of copies of one
+  // flash cost one element.
+  std::set<std::tuple<uint32_t, uint32_t, uint8_t, uint8_t>> padsTaken;
   for (const TPad* p = b.Pads[layer]; p; p = p->next) {
     if (IsExcluded(p->flags)) continue;
+    if (!padsTaken
+             .emplace(std::bit_cast<uint32_t>(p->x), std::bit_cast<uint32_t>(p->y), p->code,
+                      p->flags)
+             .second)
+      continue;
     elements.push_back({nullptr, p});
     region.Add(PointBox(p->x, p->y));
   }
