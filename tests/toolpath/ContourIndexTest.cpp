@@ -215,6 +215,18 @@ TEST(ContourIndex, CrossingTracksAndPadsInARowGiveTheSamePaths) {
   EXPECT_GT(ExpectSameContours(CrossingBoard, Settings(0.3f, 1, 0, true)), 3);
   EXPECT_GT(ExpectSameContours(CrossingBoard, Settings(0.2f, 2, 1)), 6);
   EXPECT_GT(ExpectSameContours(CrossingBoard, Settings(0.2f, 2, 2, true)), 6);
+  // Each pad again, the same, with another aperture at its place, and thermal.
+  auto copies = [](Board& b) {
+    CrossingBoard(b);
+    std::vector<TPad> pads;
+    for (const TPad* p = b.Pads[0]; p; p = p->next) pads.push_back(*p);
+    for (const TPad& p : pads) {
+      Pad(b, p.x, p.y, p.code);
+      Pad(b, p.x, p.y, p.code == 13 ? 12 : 13);
+      Pad(b, p.x, p.y, p.code, kPadThermal);
+    }
+  };
+  EXPECT_GT(ExpectSameContours(copies, Settings(0.25f)), 3);
 }
 
 TEST(ContourIndex, LongTrackCutManyTimesRelabelsAndKeepsThePaths) {
