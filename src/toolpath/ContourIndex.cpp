@@ -10,6 +10,8 @@ namespace {
 
 // Cells on a side of level 0 at most: bounds the memory whatever the region and the count.
 constexpr double kMaxCellsPerAxis = 4096;
+// The most cells an item is registered in at one level before it moves to a coarser one.
+constexpr long kCellsPerItem = 32;
 
 float Lower(double v) {
   float f = static_cast<float>(v);
@@ -106,7 +108,10 @@ void BoxGrid::Insert(int id, const IndexBox& box) {
   for (Level& l : levels_) {
     const int cx0 = CellX(l, box.x1), cx1 = CellX(l, box.x2);
     const int cy0 = CellY(l, box.y1), cy1 = CellY(l, box.y2);
-    if (cx1 - cx0 > 1 || cy1 - cy0 > 1) {
+    // A long thin box stays in the fine cells along it rather than in coarse cells that every
+    // query nearby would visit.
+    const long cells = (long(cx1) - cx0 + 1) * (long(cy1) - cy0 + 1);
+    if (cells > kCellsPerItem) {
       if (&l != &levels_.back()) continue;
     }
     for (int cy = cy0; cy <= cy1; ++cy)

@@ -47,9 +47,10 @@ IndexBox Outward(double x1, double y1, double x2, double y2);
 
 // A hierarchy of uniform grids over a region: level 0 has cells of about one item's size, each
 // next level cells twice as large, the last one at most two cells on a side. An item goes to
-// the finest level where its box covers at most two cells on each axis, so a long item costs as
-// little as a short one. Boxes outside the region fall into its border cells. An item whose box
-// is not finite is handed to every query, and a query box that is not finite sees every item.
+// the finest level where its box covers at most 32 cells (a long thin box lies along fine
+// cells), so a long item costs about as little as a short one. Boxes outside the region fall into
+// its border cells. An item whose box is not finite is handed to every query, and a query box that
+// is not finite sees every item.
 //
 // Two boxes that share a point always meet in some cell: the cell of a coordinate is a
 // non-decreasing function of it, at every level.
