@@ -7,6 +7,7 @@
 #include "commands/DisplayCommands.h"
 #include "commands/EditCommands.h"
 #include "commands/OutputCommands.h"
+#include "commands/PendingCommands.h"
 #include "commands/Picking.h"
 #include "commands/ToolpathCommands.h"
 #include "commands/TransformCommands.h"
@@ -15,6 +16,10 @@
 namespace isolith {
 
 namespace {
+
+bool AnyHoverItem(const Board& b) {
+  return b.HoverPad || b.HoverTrack || b.HoverDrill || b.HoverCutout;
+}
 
 bool InBoard(const Application& app, int px, int py) {
   const PixelRect& r = app.view.BoardRect;
@@ -164,7 +169,29 @@ bool RightPressed(Application& app, MouseState& m, int px, int py) {
     Refuse(app);
     return false;
   }
-  return b.HoverPad || b.HoverTrack || b.HoverDrill || b.HoverCutout;
+  return AnyHoverItem(b);
+}
+
+BoardCursor CursorAt(const Application& app, const MouseState& m, int px, int py) {
+  const Board& b = app.board;
+  if (m.Panning) return BoardCursor::ClosedHand;
+  if (!InBoard(app, px, py)) return BoardCursor::Arrow;
+  if (b.PendingCommand == cmd::ZoomIn)
+    return (app.settings.BoardBackground & 0xFFFFFF) == 0xFFFFFF ? BoardCursor::ZoomOnWhite
+                                                                 : BoardCursor::ZoomOnColour;
+  if (const PendingInfo* pending = FindPending(b.PendingCommand)) {
+    switch (pending->target) {
+      case PickTarget::Rectangle:
+        return BoardCursor::PickRectangle;
+      case PickTarget::Point:
+      case PickTarget::PointOnCutout:
+      case PickTarget::ContourPoints:
+        return BoardCursor::PickPoint;
+      default:
+        return BoardCursor::PickItem;
+    }
+  }
+  return b.ZoomDepth > 0 && !AnyHoverItem(b) ? BoardCursor::OpenHand : BoardCursor::Arrow;
 }
 
 void DoubleClicked(Application& app, MouseState&, int px, int py, bool left) {

@@ -47,6 +47,22 @@ void DoubleClicked(Application& app, MouseState& m, int px, int py, bool left);
 // A rectangle is drawn while `DragActive` is 1 and the board's `Dragging` is set: any key clears
 // the latter (the window's key handler), and the rectangle is then dropped.
 
+// The shapes the board's cursor takes.
+enum class BoardCursor {
+  Arrow,          // nothing pending, or the mouse outside the board
+  ZoomOnWhite,    // zoom in pending, on a white board background: a dark magnifier
+  ZoomOnColour,   // zoom in pending on any other background: a light magnifier
+  OpenHand,       // a zoomed view with nothing under the mouse: it can be dragged
+  ClosedHand,     // the view being dragged
+  PickItem,       // a pending command that takes the pad, track, drill or path clicked
+  PickPoint,      // a pending command that takes a point of the card
+  PickRectangle,  // a pending command that takes a dragged rectangle
+};
+
+// The cursor at (px, py), after the hover test of a move: the drag first, then the pending
+// command, the arrow outside the board, the open hand over nothing in a zoomed view.
+BoardCursor CursorAt(const Application& app, const MouseState& m, int px, int py);
+
 // The rubber rectangle to draw, with its colour (0x00BBGGRR, as the command's own colour shows
 // on the card); false when none is drawn.
 bool RubberRectangle(const Application& app, const MouseState& m, PixelRect& rect,

@@ -1,6 +1,7 @@
 #include "ui/BoardView.h"
 
 #include <QCursor>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
@@ -162,6 +163,37 @@ void BoardView::PaintPointer(QPainter& painter) {
   painter.drawText(placed.adjusted(4, 3, -4, -3), Qt::AlignLeft, text);
 }
 
+namespace {
+
+// A cursor drawn by us, its hot spot at (x, y) of its 32 pixels.
+QCursor Drawn(const char* name, int x, int y) {
+  return QCursor(QIcon(QString(":/cursors/") + name + ".svg").pixmap(32, 32), x, y);
+}
+
+}  // namespace
+
+QCursor BoardView::CursorShape(BoardCursor cursor) {
+  switch (cursor) {
+    case BoardCursor::ZoomOnWhite:
+      return Drawn("zoom-dark", 12, 12);
+    case BoardCursor::ZoomOnColour:
+      return Drawn("zoom-light", 12, 12);
+    case BoardCursor::OpenHand:
+      return Qt::OpenHandCursor;
+    case BoardCursor::ClosedHand:
+      return Qt::ClosedHandCursor;
+    case BoardCursor::PickItem:
+      return Drawn("pick-item", 16, 16);
+    case BoardCursor::PickPoint:
+      return Drawn("pick-point", 16, 16);
+    case BoardCursor::PickRectangle:
+      return Drawn("pick-rectangle", 9, 9);
+    case BoardCursor::Arrow:
+      break;
+  }
+  return Qt::ArrowCursor;
+}
+
 QString BoardView::HintText() const {
   return QString::fromStdString(HoverHint(app_));
 }
@@ -176,10 +208,7 @@ void BoardView::mouseMoveEvent(QMouseEvent* event) {
   hintAt_ = at;
   showHint_ = !left;
   if (changed || mouse_.DragActive) update();
-  setCursor(mouse_.Panning                             ? Qt::ClosedHandCursor
-            : app_.board.PendingCommand == cmd::ZoomIn ? Qt::CrossCursor
-            : app_.board.PendingCommand != 0           ? Qt::PointingHandCursor
-                                                       : Qt::ArrowCursor);
+  setCursor(CursorShape(CursorAt(app_, mouse_, at.x(), at.y())));
   QWidget::mouseMoveEvent(event);
 }
 

@@ -3,6 +3,7 @@
 // read-out. Picking, hover and the context menu come over the same list and viewport.
 #pragma once
 
+#include <QCursor>
 #include <QImage>
 #include <QString>
 #include <QWidget>
@@ -40,6 +41,8 @@ class BoardView : public QWidget {
   void ContextMenuAtLastClick();
   // The mouse and rectangle state, for the tests.
   const MouseState& Mouse() const { return mouse_; }
+  // The cursor the board shows for each of its shapes.
+  static QCursor CursorShape(BoardCursor cursor);
 
  signals:
   // The read-out of the card position under the mouse; empty off the card.

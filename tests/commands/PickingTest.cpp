@@ -201,5 +201,41 @@ TEST(Picking, RubberRectanglesZoomDisableAndCancel) {
   EXPECT_EQ(m.DragActive, 0);
 }
 
+TEST(Picking, TheCursorFollowsTheDragThePendingCommandAndTheZoom) {
+  struct Case {
+    int pending;
+    int zoomDepth;
+    uint32_t background;
+    double x, y;  // where the mouse stands; (-50, -50) mm is off the board
+    bool panning;
+    BoardCursor cursor;
+  };
+  const Case cases[] = {
+      {0, 0, 0x008000, 70, 50, false, BoardCursor::Arrow},
+      {0, 1, 0x008000, 70, 50, false, BoardCursor::OpenHand},
+      {0, 1, 0x008000, 10, 10, false, BoardCursor::Arrow},  // over a pad
+      {0, 1, 0x008000, 70, 50, true, BoardCursor::ClosedHand},
+      {cmd::ZoomIn, 0, 0xFFFFFF, 70, 50, false, BoardCursor::ZoomOnWhite},
+      {cmd::ZoomIn, 0, 0x008000, 70, 50, false, BoardCursor::ZoomOnColour},
+      {cmd::ZoomIn, 0, 0x008000, -50, -50, false, BoardCursor::Arrow},
+      {12214, 1, 0x008000, 70, 50, false, BoardCursor::PickRectangle},
+      {12104, 0, 0x008000, 70, 50, false, BoardCursor::PickPoint},
+      {12123, 0, 0x008000, 70, 50, false, BoardCursor::PickPoint},
+      {12203, 0, 0x008000, 10, 10, false, BoardCursor::PickItem},
+      {12122, 0, 0x008000, 70, 50, false, BoardCursor::PickItem},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.pending << " at " << c.x << ", " << c.y);
+    World w;
+    w.app.settings.BoardBackground = c.background;
+    w.b.ZoomDepth = c.zoomDepth;
+    w.Move(c.x, c.y);
+    w.b.PendingCommand = c.pending;
+    MouseState m;
+    m.Panning = c.panning;
+    EXPECT_EQ(CursorAt(w.app, m, w.Px(c.x), w.Py(c.y)), c.cursor);
+  }
+}
+
 }  // namespace
 }  // namespace isolith
