@@ -4,7 +4,9 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <set>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -251,14 +253,18 @@ TSeg* RemovalPhaseIndexed(const Board& b, int layer, TSeg* list, float padOffset
   constexpr size_t kSharedFrom = 20000;
   long long tests = 0, helperTests = 0;
   const size_t half = threads > 1 && pieces.size() >= kSharedFrom ? pieces.size() / 2 : 0;
+  std::thread helper;
+  std::optional<BoxGrid> copy;
   if (half > 0) {
-    BoxGrid copy = grid;
-    std::thread helper(judge, std::ref(copy), half, pieces.size(), std::ref(helperTests));
-    judge(grid, 0, half, tests);
-    helper.join();
-  } else {
-    judge(grid, 0, pieces.size(), tests);
+    copy.emplace(grid);
+    try {
+      helper = std::thread(judge, std::ref(*copy), half, pieces.size(), std::ref(helperTests));
+    } catch (const std::system_error&) {
+      // No thread to be had: this one judges the second half too.
+    }
   }
+  judge(grid, 0, helper.joinable() ? half : pieces.size(), tests);
+  if (helper.joinable()) helper.join();
   tests += helperTests;
   TSeg** link = &list;
   for (size_t k = 0; k < pieces.size(); ++k) {
