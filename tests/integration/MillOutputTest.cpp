@@ -135,6 +135,23 @@ TEST(MillOutput, EverySampleBoardMillsToAnIsoFileThatCutsItsContours) {
   }
 }
 
+// One sample layer read into a job of its own, the card outline and copper planes left
+// undetected.
+struct SampleJob {
+  test::FakePlatform platform;
+  Application app;
+  SampleJob(const TempFolder& program, const TempFolder& config)
+      : app(platform, program.path(), config.path()) {
+    InitSettings(app);
+    app.settings.DetectCutOut = false;
+    app.settings.DetectGndPlanes = false;
+  }
+  LoadResult Open(const fs::path& layer) {
+    ImportContext context = MakeImportContext(app);
+    return OpenGerberFile(context, layer.string(), 0);
+  }
+};
+
 // A path that the contour engine left open on a sample board is closed by hand with "Add
 // selected contour segments" (a caught end, then a click on the other end, which the snap
 // takes exactly), and the milled ISO file then cuts the closing segment.
@@ -143,13 +160,9 @@ TEST(MillOutput, AnOpenContourClosedByHandIsCutClosed) {
   fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too", config.path() + "Isolith.too");
   bool closedOne = false;
   for (const fs::path& layer : TopCopperLayers()) {
-    test::FakePlatform platform;
-    Application app(platform, program.path(), config.path());
-    InitSettings(app);
-    app.settings.DetectCutOut = false;
-    app.settings.DetectGndPlanes = false;
-    ImportContext context = MakeImportContext(app);
-    ASSERT_EQ(OpenGerberFile(context, layer.string(), 0), LoadResult::Loaded);
+    SampleJob job(program, config);
+    Application& app = job.app;
+    ASSERT_EQ(job.Open(layer), LoadResult::Loaded);
     ASSERT_TRUE(CalculateContoursOnAllLayers(app));
     Board& b = app.board;
     b.ActiveLayer = 0;
@@ -200,14 +213,10 @@ TEST(MillOutput, IndexedHatchesOfTheSampleLayersAreTheFullScans) {
   fs::copy_file(fs::path(ISOLITH_SOURCE_DIR) / "data/Isolith.too", config.path() + "Isolith.too");
   int compared = 0;
   for (const fs::path& layer : TopCopperLayers()) {
-    test::FakePlatform platform;
-    Application app(platform, program.path(), config.path());
-    InitSettings(app);
-    app.settings.DetectCutOut = false;
-    app.settings.DetectGndPlanes = false;
+    SampleJob job(program, config);
+    Application& app = job.app;
     app.settings.HatchingTool = 0;
-    ImportContext context = MakeImportContext(app);
-    ASSERT_EQ(OpenGerberFile(context, layer.string(), 0), LoadResult::Loaded);
+    ASSERT_EQ(job.Open(layer), LoadResult::Loaded);
     Board& b = app.board;
     // The full scans are quadratic: the larger boards would take minutes.
     if (CountOf(b.Pads[0]) + CountOf(b.Tracks[0]) > 2000) continue;
