@@ -21,9 +21,10 @@
 #include "core/board/BoardOps.h"
 #include "ui/Hints.h"
 
-// The icons are resources of this static library: the program registers them once.
+// The icons and cursors are resources of this static library: the program registers them once.
 static void InitIcons() {
   Q_INIT_RESOURCE(icons);
+  Q_INIT_RESOURCE(cursors);
 }
 
 namespace isolith {

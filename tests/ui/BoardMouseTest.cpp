@@ -141,6 +141,10 @@ TEST(BoardMouse, TheExampleBoardIsWorkedWithTheMouse) {
   }
   ASSERT_NE(b.Contours[0], nullptr);
   w.Settle();
+  // The cursors drawn for this program are found among the window's resources.
+  for (BoardCursor c : {BoardCursor::ZoomOnWhite, BoardCursor::ZoomOnColour, BoardCursor::PickItem,
+                        BoardCursor::PickPoint, BoardCursor::PickRectangle})
+    EXPECT_FALSE(BoardView::CursorShape(c).pixmap().isNull()) << static_cast<int>(c);
 
   w.Shot("working-view");
   // Final rendering on and off: nothing is picked while it shows.
